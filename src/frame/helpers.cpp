@@ -1,0 +1,147 @@
+#include "frame/helpers.h"
+
+#include <filesystem>
+#include <regex>
+#include <sstream>
+
+#include "frame/panel.h"
+#include "frame/paths.h"
+#include "su/su_record.h"
+
+namespace tf {
+
+namespace fs = std::filesystem;
+
+namespace {
+// A DOS wildcard pattern ("*.su", "rec??.dat") as a case-insensitive regex.
+std::regex wildcard_regex(const std::string& pattern) {
+  std::string re;
+  for (char c : pattern) {
+    if (c == '*') re += ".*";
+    else if (c == '?') re += '.';
+    else if (std::isalnum(static_cast<unsigned char>(c))) re += c;
+    else re += std::string("\\") + c;
+  }
+  return std::regex(re, std::regex::icase);
+}
+}  // namespace
+
+int File_Exists(const std::string& name) {
+  if (name.empty()) return 0;
+  std::string path = native_path(name);
+  std::error_code ec;
+  if (path.find_first_of("*?") == std::string::npos) return fs::is_regular_file(path, ec) ? 1 : 0;
+  fs::path p(path);
+  fs::path dir = p.has_parent_path() ? p.parent_path() : fs::path(".");
+  auto re = wildcard_regex(p.filename().string());
+  for (const auto& entry : fs::directory_iterator(dir, ec))
+    if (entry.is_regular_file(ec) && std::regex_match(entry.path().filename().string(), re)) return 1;
+  return 0;
+}
+
+int Filter_Key(Platform& platform, int key, const std::string& allowed, bool allow_backspace) {
+  std::string set = upper(allowed);
+  if (allow_backspace) set += '\b';
+  char pressed = upper(std::string(1, static_cast<char>(key)))[0];
+  if (key != 0 && set.find(pressed) != std::string::npos) return key;
+  platform.beep();
+  return 0;
+}
+
+void Replace_All(std::string& text, const std::string& find, const std::string& replacement) {
+  if (find.empty()) return;
+  size_t p = 0;  // positions from 1: the search starts at p + 1
+  while (true) {
+    if (p >= text.size() + 1) break;
+    size_t found = text.find(find, p);
+    if (found == std::string::npos) break;
+    text = text.substr(0, found) + replacement + text.substr(found + find.size());
+    p = found + 1 + find.size() - 1;  // p is the 1-based place of the match plus len - 1
+  }
+}
+
+void Folder_Of(Platform& platform, const std::string& path, std::string& folder) {
+  if (File_Exists(path) == 0) return;
+  size_t cut = path.find_last_of("\\/");
+  folder = cut == std::string::npos ? path.substr(0, 2) : path.substr(0, cut + 1);
+  Replace_All(folder, sep + sep, sep);
+  if (folder.find(' ') != std::string::npos)
+    message(platform, folder + " path name contain a space, VEDRA module cannot work properly, you must correct it using WINDOWS tools ",
+            Icon::stop);
+}
+
+void Read_ns_dt(App& app, const std::string& file) {
+  resume_next([&] {
+    auto& f = app.files.open(11, native_path(file));
+    int16_t ns = 0, dt = 0;
+    f.read_value(su::word("ns").offset, ns);
+    f.read_value(su::word("dt").offset, dt);
+    app.state.ns = ns;
+    app.state.dt = dt;
+  });
+  resume_next([&] { app.files.close(11); });
+  if (app.state.dt == 0) app.state.dt = 1;
+  if (app.state.ns == 0) app.state.ns = 1024;
+}
+
+void Swap2(int16_t value, int16_t& result) {
+  int32_t v = value;
+  int32_t high = (v < 0 ? v + 65536 : v) / 256;
+  int32_t low = (v & 255) * 256;
+  if (low >= 32768) low -= 65536;
+  result = static_cast<int16_t>(low | high);
+}
+
+void Value_After_Key(Platform& platform, std::string& text, std::string& key, double& result) {
+  text = upper(text);
+  key = upper(key);
+  size_t at = text.find(key);
+  if (at == std::string::npos) {
+    platform.beep();
+    return;
+  }
+  std::string digits;
+  size_t limit = at + 60;
+  for (size_t i = at + key.size(); i <= limit && i < text.size(); ++i) {
+    char c = text[i];
+    if (c == '\r') {
+      result = leading_number(digits);
+      return;
+    }
+    if (c == '.' || std::isdigit(static_cast<unsigned char>(c))) digits += c;
+  }
+}
+
+void Keep_Decimals(double value, int decimals, double& result) {
+  std::string text = field_text(value);
+  std::string whole = field_text(static_cast<double>(static_cast<int64_t>(value)));
+  size_t keep = whole.size() + 1 + static_cast<size_t>(std::max(decimals, 0));
+  result = leading_number(text.substr(0, std::min(keep, text.size())));
+}
+
+std::string single_separators(std::string path) {
+  Replace_All(path, sep + sep, sep);
+  return path;
+}
+
+Answer message(Platform& platform, const std::string& text, Icon icon, Buttons buttons, const std::string& title) {
+  MessageBoxRequest r;
+  r.text = text;
+  r.icon = icon;
+  r.buttons = buttons;
+  r.title = title;
+  return platform.message_box(r);
+}
+
+void retry_statement(Platform& platform, const std::function<void()>& statement) {
+  while (true) {
+    try {
+      statement();
+      return;
+    } catch (const RunTimeError& e) {
+      message(platform, "File conversion error N° " + number_text(e.number) + " Check if all files are in the folder !");
+    }
+  }
+}
+
+}  // namespace tf

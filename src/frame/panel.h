@@ -1,0 +1,146 @@
+// Panels as plain models: named controls with their captions, defaults and
+// key filters, and the handlers that the desktop or the script runner fires.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frame/platform.h"
+#include "frame/session_state.h"
+#include "su/binary_file.h"
+
+namespace tf {
+
+enum class Kind { button, text, label, check, option, list, combo, frame, tabs, progress, rich_text, grid, picture };
+
+struct Control {
+  std::string name;
+  Kind kind = Kind::label;
+  std::string caption;  // buttons, labels, checks, options, frames; for a field, the label beside it
+  std::string text;     // text boxes, combo boxes, rich text
+  std::string tooltip;
+  std::string parent;   // the frame or tab control that holds it, "" for the panel
+  int tab = -1;         // page of the parent tab control
+  bool enabled = true;
+  bool visible = true;
+  bool locked = false;
+  bool bold = false;
+  bool multiline = false;
+  int value = 0;        // check and option state, progress value, current tab
+  int min = 0;
+  int max = 100;
+  std::vector<std::string> items;      // list and combo entries; tab captions
+  int list_index = -1;
+  std::vector<std::vector<std::string>> cells;  // grid rows
+  std::string key_filter;              // allowed keys of a number field, backspace added
+  std::function<void()> on_click;
+  std::function<void()> on_change;
+  std::function<void()> on_dblclick;
+  std::function<void()> on_hover;
+};
+
+class App;
+
+class Panel {
+ public:
+  Panel(App& app, std::string name, std::string caption);
+  virtual ~Panel() = default;
+  Panel(const Panel&) = delete;
+  Panel& operator=(const Panel&) = delete;
+
+  virtual void form_load() {}
+
+  const std::string& name() const { return name_; }
+  const std::string& caption() const { return caption_; }
+  std::vector<std::unique_ptr<Control>>& controls() { return controls_; }
+  Control& operator[](const std::string& control);  // logic error when missing
+  Control* find(const std::string& control);
+
+  // What a user does, and what the code does to a control. Setting a text
+  // fires the change handler when the text changes; setting an option clears
+  // the others of its group and fires its click when it was not set.
+  void set_text(const std::string& control, const std::string& text);
+  void set_caption(const std::string& control, const std::string& caption);
+  void set_value(const std::string& control, int value);  // checks and options
+  void set_progress(const std::string& control, int value);
+  void set_progress_range(const std::string& control, int min, int max);
+  void add_item(const std::string& control, const std::string& item);
+  void select_item(const std::string& control, int index);
+  void select_tab(const std::string& control, int tab);
+  void click(const std::string& control);
+  void dblclick(const std::string& control);
+  void hover(const std::string& control);
+  // One key press through the field's key filter: a dropped key beeps.
+  void press_key(const std::string& control, char key);
+
+  std::string text(const std::string& control) { return (*this)[control].text; }
+  bool checked(const std::string& control) { return (*this)[control].value != 0; }
+  void set_pointer(Pointer pointer);
+  void unload();
+
+  // The desktop listens to every change of a control.
+  std::function<void(Control&)> observer;
+
+ protected:
+  Control& add(Kind kind, const std::string& name, const std::string& caption = "", const std::string& text = "");
+  void changed(Control& c);
+  App& app;
+  SessionState& state;
+  Platform& platform;
+  FileTable& files;
+
+ private:
+  std::string name_;
+  std::string caption_;
+  std::vector<std::unique_ptr<Control>> controls_;
+  std::map<std::string, Control*> by_name_;
+};
+
+using PanelFactory = std::function<std::unique_ptr<Panel>(App&)>;
+
+// Panels by name. A panel is made and loaded at its first show, lives while
+// it is open, and an unload leaves room for a fresh one at the next show.
+class PanelRegistry {
+ public:
+  explicit PanelRegistry(App& app) : app_(app) {}
+  void add(const std::string& name, PanelFactory factory);
+  bool knows(const std::string& name) const { return factories_.count(name) != 0; }
+  Panel* show(const std::string& name);  // a name with no model is recorded only: nullptr
+  Panel* loaded(const std::string& name);
+  void unload(const std::string& name);
+  // Unloaded panels are destroyed here, once no handler of theirs runs.
+  void collect();
+  std::vector<std::string> names() const;
+  std::vector<Panel*> open_panels();
+  // The panel that took the last show or click, whose fields routines of the
+  // shared module read by name.
+  Panel* active = nullptr;
+
+ private:
+  App& app_;
+  std::map<std::string, PanelFactory> factories_;
+  std::map<std::string, std::unique_ptr<Panel>> open_;
+  std::vector<std::string> open_order_;
+  std::vector<std::unique_ptr<Panel>> retired_;
+};
+
+// The running program: its one SessionState, its file numbers, its panels.
+class App {
+ public:
+  explicit App(Platform& platform);
+  Platform& platform;
+  SessionState state;
+  FileTable files;
+  PanelRegistry panels;
+  // Routines of parts not yet built are asked for by name.
+  std::map<std::string, std::function<void(App&)>> routines;
+  void run_routine(const std::string& name);
+};
+
+// Registers every panel model and routine of the program.
+void register_all_panels(App& app);
+
+}  // namespace tf

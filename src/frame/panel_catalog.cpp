@@ -1,0 +1,21 @@
+// Every panel model of the program, by the name that Lance and the buttons
+// show it by.
+#include "frame/panel.h"
+#include "frame/utility.h"
+#include "importers/es1225.h"
+
+namespace tf {
+
+namespace {
+template <typename P>
+PanelFactory make() {
+  return [](App& app) { return std::make_unique<P>(app); };
+}
+}  // namespace
+
+void register_all_panels(App& app) {
+  app.panels.add("Utility", make<Utility>());
+  app.panels.add("es1225", make<es1225>());
+}
+
+}  // namespace tf

@@ -1,0 +1,28 @@
+// Starting a document or program the way the platform's open verb does:
+// the call returns at once with a number, below 32 for a failure.
+#pragma once
+
+#include <string>
+
+#include "frame/platform.h"
+
+namespace tf {
+
+inline constexpr int shell_file_not_found = 2;
+inline constexpr int shell_started = 42;
+
+// On Windows the shell's own call. Elsewhere: a missing file gives 2, a
+// ".bat" goes to the batch interpreter, an executable starts detached, any
+// other document goes to the desktop's opener.
+int shell_start(const ShellRequest& request);
+
+// Whether a start would find its file (a bare name also on PATH).
+bool shell_start_would_find(const ShellRequest& request);
+
+// The program that opens documents of a file's type, or "" where none is known.
+std::string find_executable(const std::string& document);
+
+// Folder of the running program, where tracefold-batch sits beside it.
+std::string program_folder();
+
+}  // namespace tf

@@ -1,0 +1,142 @@
+#include "su/binary_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#ifdef _WIN32
+#include <io.h>
+#define pread_compat(fd, b, n, p) (_lseeki64(fd, p, SEEK_SET), _read(fd, b, static_cast<unsigned>(n)))
+#define pwrite_compat(fd, b, n, p) (_lseeki64(fd, p, SEEK_SET), _write(fd, b, static_cast<unsigned>(n)))
+#define close_compat _close
+#define open_compat _open
+#define BINARY_FLAG _O_BINARY
+#else
+#include <unistd.h>
+#define pread_compat ::pread
+#define pwrite_compat ::pwrite
+#define close_compat ::close
+#define open_compat ::open
+#define BINARY_FLAG 0
+#endif
+
+#include "frame/conventions.h"
+
+namespace tf {
+
+namespace {
+int open_error() {
+  switch (errno) {
+    case ENOENT:
+    case ENOTDIR: return err::path_not_found;
+    case EACCES:
+    case EPERM:
+    case EROFS: return err::permission_denied;
+    case EISDIR: return err::path_file_access;
+    default: return err::bad_file_name;
+  }
+}
+}  // namespace
+
+BinaryFile::~BinaryFile() { close(); }
+
+void BinaryFile::open(const std::string& path) {
+  close();
+  if (path.empty()) throw RunTimeError(err::path_file_access);
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec)) throw RunTimeError(err::path_file_access);
+  int fd = open_compat(path.c_str(), O_RDWR | O_CREAT | BINARY_FLAG, 0644);
+  writable_ = fd >= 0;
+  if (fd < 0 && (errno == EACCES || errno == EROFS || errno == EPERM)) fd = open_compat(path.c_str(), O_RDONLY | BINARY_FLAG);
+  if (fd < 0) throw RunTimeError(open_error());
+  struct stat st {};
+  fstat(fd, &st);
+  fd_ = fd;
+  length_ = st.st_size;
+  path_ = path;
+}
+
+void BinaryFile::close() {
+  if (fd_ >= 0) close_compat(fd_);
+  fd_ = -1;
+}
+
+void BinaryFile::read_at(int64_t pos, void* data, size_t size) {
+  if (fd_ < 0) throw RunTimeError(err::bad_file_number);
+  if (pos < 0) throw RunTimeError(63);  // bad record number
+  auto* out = static_cast<char*>(data);
+  while (size > 0 && pos < length_) {
+    auto got = pread_compat(fd_, out, size, pos);
+    if (got <= 0) break;
+    out += got, pos += got, size -= static_cast<size_t>(got);
+  }
+}
+
+void BinaryFile::write_at(int64_t pos, const void* data, size_t size) {
+  if (fd_ < 0) throw RunTimeError(err::bad_file_number);
+  if (!writable_) throw RunTimeError(err::permission_denied);
+  if (pos < 0) throw RunTimeError(63);  // bad record number
+  auto* in = static_cast<const char*>(data);
+  int64_t end = pos + static_cast<int64_t>(size);
+  while (size > 0) {
+    auto put = pwrite_compat(fd_, in, size, pos);
+    if (put <= 0) throw RunTimeError(err::disk_full);
+    in += put, pos += put, size -= static_cast<size_t>(put);
+  }
+  if (end > length_) length_ = end;
+}
+
+BinaryFile& FileTable::open(int number, const std::string& path) {
+  auto& slot = files_[number];
+  if (slot && slot->is_open()) throw RunTimeError(err::file_already_open);
+  slot = std::make_unique<BinaryFile>();
+  try {
+    slot->open(path);
+  } catch (...) {
+    files_.erase(number);
+    throw;
+  }
+  return *slot;
+}
+
+BinaryFile& FileTable::operator[](int number) {
+  auto it = files_.find(number);
+  if (it == files_.end() || !it->second->is_open()) throw RunTimeError(err::bad_file_number);
+  return *it->second;
+}
+
+void FileTable::close(int number) { files_.erase(number); }
+void FileTable::close_all() { files_.clear(); }
+
+int FileTable::free_number() const {
+  int n = 1;
+  while (files_.count(n)) ++n;
+  return n;
+}
+
+int64_t file_length(const std::string& path) {
+  std::error_code ec;
+  auto size = std::filesystem::file_size(path, ec);
+  if (ec) throw RunTimeError(err::file_not_found);
+  return static_cast<int64_t>(size);
+}
+
+std::string read_whole_file(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw RunTimeError(err::file_not_found);
+  std::ostringstream ss;
+  ss << in.rdbuf();
+  return ss.str();
+}
+
+void write_whole_file(const std::string& path, const std::string& content) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  if (!out) throw RunTimeError(err::path_not_found);
+  out.write(content.data(), static_cast<std::streamsize>(content.size()));
+}
+
+}  // namespace tf

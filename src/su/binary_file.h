@@ -1,0 +1,70 @@
+// Files opened for binary access by position, as every panel uses them:
+// opening a missing file creates it empty, a write past the end grows the
+// file with zero bytes, a read past the end leaves the buffer as it was.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tf {
+
+class BinaryFile {
+ public:
+  BinaryFile() = default;
+  ~BinaryFile();
+  BinaryFile(const BinaryFile&) = delete;
+  BinaryFile& operator=(const BinaryFile&) = delete;
+
+  // Opens for reading and writing, creating an empty file where none is;
+  // a file that cannot be written is opened for reading only.
+  void open(const std::string& path);
+  void close();
+  bool is_open() const { return fd_ >= 0; }
+  const std::string& path() const { return path_; }
+  int64_t length() const { return length_; }
+
+  // Byte offsets from 0. Reads copy what lies inside the file and leave the
+  // rest of the buffer untouched.
+  void read_at(int64_t pos, void* data, size_t size);
+  void write_at(int64_t pos, const void* data, size_t size);
+
+  template <typename T>
+  void read_value(int64_t pos, T& value) { read_at(pos, &value, sizeof(T)); }
+  template <typename T>
+  void write_value(int64_t pos, T value) { write_at(pos, &value, sizeof(T)); }
+  template <typename T>
+  void read_block(int64_t pos, std::vector<T>& values) { read_at(pos, values.data(), values.size() * sizeof(T)); }
+  template <typename T>
+  void write_block(int64_t pos, const std::vector<T>& values) { write_at(pos, values.data(), values.size() * sizeof(T)); }
+
+ private:
+  int fd_ = -1;
+  bool writable_ = false;
+  int64_t length_ = 0;
+  std::string path_;
+};
+
+// Files by the small numbers of the convention: 1 input, 2 output, 3 a text
+// beside them, 11 the short read of ns and dt.
+class FileTable {
+ public:
+  BinaryFile& open(int number, const std::string& path);
+  BinaryFile& operator[](int number);  // error 52 when not open
+  void close(int number);
+  void close_all();
+  int free_number() const;
+
+ private:
+  std::map<int, std::unique_ptr<BinaryFile>> files_;
+};
+
+// Length of a file by name; error 53 when it is missing.
+int64_t file_length(const std::string& path);
+// Whole content of a file, or error 53.
+std::string read_whole_file(const std::string& path);
+void write_whole_file(const std::string& path, const std::string& content);
+
+}  // namespace tf

@@ -1,0 +1,92 @@
+#include "su/su_record.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/conventions.h"
+
+namespace tf::su {
+
+int32_t record_size(int32_t ns) { return i32_add(header_size, i32_mul(4, ns)); }
+
+int32_t trace_count(int64_t file_length, int32_t ns) {
+  double size = record_size(ns);
+  if (size == 0) throw RunTimeError(err::division_by_zero);
+  return to_i32(static_cast<double>(file_length) / size);
+}
+
+int32_t trace_position(int32_t k, int32_t ns) { return i32_mul(int64_t{k} - 1, record_size(ns)); }
+
+int32_t read_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w) {
+  if (w.width == 2) {
+    int16_t v = 0;
+    file.read_value(trace_pos + w.offset, v);
+    return v;
+  }
+  int32_t v = 0;
+  file.read_value(trace_pos + w.offset, v);
+  return v;
+}
+
+void write_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w, int32_t value) {
+  if (w.width == 2)
+    file.write_value(trace_pos + w.offset, to_i16(value));
+  else
+    file.write_value(trace_pos + w.offset, value);
+}
+
+void RecordImage::begin(int64_t trace_pos) {
+  base_ = trace_pos;
+  bytes_.clear();
+  written_.clear();
+}
+
+void RecordImage::touch(int offset, size_t size) {
+  size_t end = static_cast<size_t>(offset) + size;
+  if (end > bytes_.size()) {
+    bytes_.resize(end, 0);
+    written_.resize(end, 0);
+  }
+  std::fill(written_.begin() + offset, written_.begin() + static_cast<std::ptrdiff_t>(end), 1);
+}
+
+void RecordImage::put_bytes(int offset, const void* data, size_t size) {
+  touch(offset, size);
+  std::memcpy(bytes_.data() + offset, data, size);
+}
+
+void RecordImage::put_i16(int offset, int16_t value) { put_bytes(offset, &value, sizeof value); }
+void RecordImage::put_i32(int offset, int32_t value) { put_bytes(offset, &value, sizeof value); }
+void RecordImage::put_f32(int offset, float value) { put_bytes(offset, &value, sizeof value); }
+
+void RecordImage::put(const HeaderWord& w, double value) {
+  switch (w.type) {
+    case WordType::i16: put_i16(w.offset, to_i16(value)); break;
+    case WordType::i32: put_i32(w.offset, to_i32(value)); break;
+    case WordType::f32: put_f32(w.offset, static_cast<float>(value)); break;
+  }
+}
+
+void RecordImage::zero_words(int first, int end, int width) {
+  for (int offset = first; offset < end; offset += width) {
+    static constexpr uint8_t zeros[8] = {};
+    put_bytes(offset, zeros, static_cast<size_t>(width));
+  }
+}
+
+void RecordImage::flush(BinaryFile& file) {
+  if (bytes_.empty()) return;
+  // Fill the gaps between the written words with the file's own bytes.
+  if (std::find(written_.begin(), written_.end(), 0) != written_.end() && base_ < file.length()) {
+    std::vector<uint8_t> under(bytes_.size(), 0);
+    file.read_at(base_, under.data(), under.size());
+    for (size_t i = 0; i < bytes_.size(); ++i)
+      if (!written_[i]) bytes_[i] = under[i];
+  }
+  // Leading bytes never written are not part of the write: the file only
+  // grows from the first written byte's point of view where it must.
+  size_t first = static_cast<size_t>(std::find(written_.begin(), written_.end(), 1) - written_.begin());
+  file.write_at(base_ + static_cast<int64_t>(first), bytes_.data() + first, bytes_.size() - first);
+}
+
+}  // namespace tf::su

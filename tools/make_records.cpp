@@ -1,0 +1,27 @@
+// make-records: writes synthetic field records for the demo and the tests.
+//   make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]
+// ES-1225: a file header, then per channel the int16 samples and 48 bytes;
+// the samples are a shot gather with a first arrival moving out by channel.
+#include <iostream>
+#include <string>
+
+#include "tools/record_generators.h"
+
+int main(int argc, char** argv) {
+  if (argc < 4) {
+    std::cerr << "usage: make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]\n";
+    return 2;
+  }
+  std::string format = argv[1], folder = argv[2];
+  int count = std::stoi(argv[3]);
+  if (format == "es1225") {
+    tf::gen::Es1225Layout layout;
+    if (argc > 4) layout.channels = std::stoi(argv[4]);
+    if (argc > 5) layout.samples = std::stoi(argv[5]);
+    if (argc > 6) layout.header = std::stoi(argv[6]);
+    for (int i = 1; i <= count; ++i) std::cout << tf::gen::write_es1225(folder, i, layout) << "\n";
+    return 0;
+  }
+  std::cerr << "make-records: unknown format " << format << "\n";
+  return 2;
+}
