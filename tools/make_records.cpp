@@ -1,7 +1,10 @@
 // make-records: writes synthetic field records for the demo and the tests.
 //   make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]
+//   make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]
 // ES-1225: a file header, then per channel the int16 samples and 48 bytes;
-// the samples are a shot gather with a first arrival moving out by channel.
+// ABEM Mark 3: a 2048-byte header of text lines, then per channel the int16
+// samples. The samples are a shot gather with a first arrival moving out by
+// channel.
 #include <iostream>
 #include <string>
 
@@ -9,7 +12,8 @@
 
 int main(int argc, char** argv) {
   if (argc < 4) {
-    std::cerr << "usage: make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]\n";
+    std::cerr << "usage: make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]\n"
+                 "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n";
     return 2;
   }
   std::string format = argv[1], folder = argv[2];
@@ -20,6 +24,14 @@ int main(int argc, char** argv) {
     if (argc > 5) layout.samples = std::stoi(argv[5]);
     if (argc > 6) layout.header = std::stoi(argv[6]);
     for (int i = 1; i <= count; ++i) std::cout << tf::gen::write_es1225(folder, i, layout) << "\n";
+    return 0;
+  }
+  if (format == "abem") {
+    tf::gen::AbemLayout layout;
+    if (argc > 4) layout.channels = std::stoi(argv[4]);
+    if (argc > 5) layout.samples = std::stoi(argv[5]);
+    if (argc > 6) layout.rate_code = std::stoi(argv[6]);
+    for (int i = 1; i <= count; ++i) std::cout << tf::gen::write_abem(folder, i, layout) << "\n";
     return 0;
   }
   std::cerr << "make-records: unknown format " << format << "\n";

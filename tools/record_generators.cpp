@@ -46,4 +46,42 @@ std::string write_es1225(const std::string& folder, int record, const Es1225Layo
   return path;
 }
 
+std::vector<uint8_t> abem_record(int record, const AbemLayout& layout) {
+  constexpr size_t header = 2048;
+  std::string text(header, ' ');
+  // Line 1: a 15-character name, an 8-character line name, the date YYMMDD
+  // and the time HH:MM, each field at its fixed byte.
+  char first_line[64];
+  std::snprintf(first_line, sizeof first_line, "%-15s%-8s%-8s%-7s", "TERRALOC MK3", "LINE01",
+                ("9604" + std::to_string(10 + record % 20)).c_str(), "14:32  ");
+  std::string lines = std::string(first_line) + "\r\n";
+  for (int line = 2; line <= 113; ++line) {
+    // The other parameter lines hold 0.
+    std::string value = line == 11    ? std::to_string(layout.rate_code)
+                        : line == 113 ? std::to_string(layout.channels)
+                                      : "0";
+    lines += value + "\r\n";
+  }
+  text.replace(0, lines.size(), lines);
+  std::vector<uint8_t> bytes(text.begin(), text.end());
+  bytes.resize(header + 2 * static_cast<size_t>(layout.samples) * layout.channels, 0);
+  for (int c = 0; c < layout.channels; ++c)
+    for (int s = 0; s < layout.samples; ++s) {
+      int16_t v = gather_sample(record, c + 1, s);
+      std::memcpy(&bytes[header + 2 * (static_cast<size_t>(c) * layout.samples + s)], &v, 2);
+    }
+  return bytes;
+}
+
+std::string write_abem(const std::string& folder, int record, const AbemLayout& layout) {
+  std::filesystem::create_directories(folder);
+  char name[32];
+  std::snprintf(name, sizeof name, "rec%03d.abm", record);
+  std::string path = (std::filesystem::path(folder) / name).string();
+  auto bytes = abem_record(record, layout);
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
+                                               static_cast<std::streamsize>(bytes.size()));
+  return path;
+}
+
 }  // namespace tf::gen

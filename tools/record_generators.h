@@ -22,4 +22,18 @@ std::vector<uint8_t> es1225_record(int record, const Es1225Layout& layout);
 // Writes record `record` as FOLDER/recNNN.dat and gives its path.
 std::string write_es1225(const std::string& folder, int record, const Es1225Layout& layout);
 
+struct AbemLayout {
+  int channels = 24;
+  int samples = 1024;
+  int rate_code = 4;  // header line 11; 4 stands for 500 microseconds
+};
+
+// The bytes of one ABEM Mark 3 record: a 2048-byte header of text lines
+// ended by CR LF (line 1 holds the name, line, date and time fields at bytes
+// 0, 15, 23 and 31; line 11 the sample-rate code; line 113 the channels),
+// then each channel's int16 samples, channel after channel.
+std::vector<uint8_t> abem_record(int record, const AbemLayout& layout);
+// Writes record `record` as FOLDER/recNNN.abm and gives its path.
+std::string write_abem(const std::string& folder, int record, const AbemLayout& layout);
+
 }  // namespace tf::gen

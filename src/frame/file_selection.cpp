@@ -1,5 +1,10 @@
 #include "frame/file_selection.h"
 
+#include "frame/conventions.h"
+#include "frame/helpers.h"
+#include "frame/panel.h"
+#include "frame/paths.h"
+
 namespace tf {
 
 Selection cut_at_blanks(const std::string& text) {
@@ -13,6 +18,54 @@ Selection cut_at_blanks(const std::string& text) {
     start = blank + 1;
   }
   if (s.items.empty()) s.items.push_back("");
+  return s;
+}
+
+std::string records_dialog(Platform& platform, const std::string& title, const std::string& filter,
+                           const std::string& file_name, const std::string& data_folder) {
+  FileDialogRequest dialog;
+  dialog.flags = 512;
+  dialog.initial_dir = data_folder;
+  dialog.title = title;
+  dialog.filter = filter;
+  dialog.file_name = file_name;
+  return platform.file_dialog(dialog);
+}
+
+RecordChoice read_record_choice(const std::string& dialog_text) {
+  RecordChoice choice;
+  choice.multiple = dialog_text.find(' ') != std::string::npos;
+  // All parsing works on the text with one blank appended.
+  const std::string text = dialog_text + " ";
+  if (!choice.multiple) {
+    choice.entries.push_back(text);
+    choice.count = 1;
+    choice.name = text;
+    Replace_All(choice.name, " ", "");
+    return choice;
+  }
+  auto pieces = cut_at_blanks(text);
+  const auto& items = pieces.items;
+  for (size_t k = 1; k < items.size(); ++k) choice.entries.push_back(items[0] + sep + items[k]);
+  choice.count = pieces.count - 1;
+  choice.name = items[0] + sep + (items.size() > 1 ? items[1] : "");
+  return choice;
+}
+
+std::string su_name(const std::string& name) {
+  if (name.size() < 3) throw RunTimeError(err::invalid_call);
+  return name.substr(0, name.size() - 3) + "SU";
+}
+
+std::string list_entry(const Control& list, int index) {
+  if (index < 0 || index >= static_cast<int>(list.items.size())) return "";
+  return list.items[static_cast<size_t>(index)];
+}
+
+std::string file_system_name(const std::string& name) {
+  std::string s = name;
+  while (!s.empty() && s.back() == ' ') s.pop_back();
+  if (s.find_first_of("*?") != std::string::npos) throw RunTimeError(err::bad_file_number);
   return s;
 }
 

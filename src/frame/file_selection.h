@@ -9,6 +9,8 @@
 
 namespace tf {
 
+struct Control;
+
 // A table of 100 texts: pieces past index 99 are lost, the count keeps them.
 inline constexpr int selection_capacity = 100;
 
@@ -20,6 +22,36 @@ struct Selection {
 // Cuts a text at its blanks; each piece ends at a blank, so the text is
 // passed with a blank appended and a run of blanks gives empty pieces.
 Selection cut_at_blanks(const std::string& text);
+
+// The record dialog of the importers: multiple selection (flags 512), the
+// data folder first; gives the one text that comes back.
+std::string records_dialog(Platform& platform, const std::string& title, const std::string& filter,
+                           const std::string& file_name, const std::string& data_folder);
+
+// A dialog text read as the importers read it. No blank: one file. With a
+// blank, the folder and names, cut at the blanks (a single path holding a
+// blank is taken for several files too).
+struct RecordChoice {
+  bool multiple = false;
+  std::vector<std::string> entries;  // for List1: the single text with its blank, or folder + sep + name
+  int count = 0;                     // the number of files: 1, or the pieces less the folder
+  // The single name with its blanks removed, or folder + sep + first name:
+  // the name the output is proposed from.
+  std::string name;
+};
+RecordChoice read_record_choice(const std::string& dialog_text);
+
+// A name less its last three characters, plus "SU"; a name shorter than
+// three characters fails with error 5.
+std::string su_name(const std::string& name);
+
+// Entry `index` of a list; past the end the list gives an empty text.
+std::string list_entry(const Control& list, int index);
+
+// A name as the file system takes it: trailing blanks are dropped, and a
+// wildcard makes a bad file name (error 52), as on the desktop the records
+// come from.
+std::string file_system_name(const std::string& name);
 
 // The output-name dialog of the importers: "SU File name selection", *.SU.
 // Gives the name that comes back (the start name on a cancel).

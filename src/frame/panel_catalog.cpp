@@ -1,7 +1,9 @@
 // Every panel model of the program, by the name that Lance and the buttons
 // show it by.
+#include "frame/batch_runner.h"
 #include "frame/panel.h"
 #include "frame/utility.h"
+#include "importers/abem.h"
 #include "importers/es1225.h"
 
 namespace tf {
@@ -15,7 +17,9 @@ PanelFactory make() {
 
 void register_all_panels(App& app) {
   app.panels.add("Utility", make<Utility>());
+  app.routines["Zip_Files"] = Zip_Files;
   app.panels.add("es1225", make<es1225>());
+  app.panels.add("abem", make<abem>());
 }
 
 }  // namespace tf

@@ -89,6 +89,13 @@ class Platform {
   virtual void write_profile_string(const std::string& section, const std::string& key,
                                     const std::string& value, const std::string& file);
 
+  // The folder for temporary files, with its closing separator; "" when the
+  // platform gives none.
+  virtual std::string temp_folder();
+  // A new empty file in `folder`, named by the first three characters of
+  // `prefix`, a hexadecimal number and ".tmp"; "" when none can be made.
+  virtual std::string temp_file_name(const std::string& folder, const std::string& prefix);
+
  protected:
   std::string profile_path(const std::string& file);
 };

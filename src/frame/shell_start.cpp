@@ -1,5 +1,6 @@
 #include "frame/shell_start.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <vector>
 
@@ -14,6 +15,9 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
 #endif
 
 namespace tf {
@@ -48,6 +52,21 @@ std::string find_executable(const std::string& document) {
   auto result = FindExecutableA(document.c_str(), nullptr, buf);
   return reinterpret_cast<intptr_t>(result) > 32 ? std::string(buf) : std::string();
 }
+
+std::string find_on_path(const std::string& program) {
+  char buf[MAX_PATH] = {};
+  return SearchPathA(nullptr, program.c_str(), nullptr, MAX_PATH, buf, nullptr) ? std::string(buf) : std::string();
+}
+
+std::string Platform::temp_folder() {
+  char buf[260] = {};
+  return GetTempPathA(260, buf) == 0 ? std::string() : std::string(buf);
+}
+
+std::string Platform::temp_file_name(const std::string& folder, const std::string& prefix) {
+  char buf[MAX_PATH] = {};
+  return GetTempFileNameA(folder.c_str(), prefix.c_str(), 0, buf) == 0 ? std::string() : std::string(buf);
+}
 #else
 namespace {
 // Splits the parameters at blanks, as a command line would.
@@ -65,24 +84,9 @@ std::vector<std::string> words(const std::string& text) {
   return out;
 }
 
-std::string on_path(const std::string& program) {
-  const char* path = std::getenv("PATH");
-  if (!path) return "";
-  std::string p = path;
-  size_t start = 0;
-  while (start <= p.size()) {
-    size_t colon = p.find(':', start);
-    std::string dir = p.substr(start, colon == std::string::npos ? std::string::npos : colon - start);
-    std::string candidate = join_path(dir.empty() ? "." : dir, program);
-    if (access(candidate.c_str(), X_OK) == 0) return candidate;
-    if (colon == std::string::npos) break;
-    start = colon + 1;
-  }
-  return "";
-}
-
 // Starts a program in its own session and does not wait for it: a child
-// forks the grandchild and ends at once, so no zombie stays behind.
+// forks the grandchild and ends at once, so no zombie stays behind. The
+// program gets no console input, as a start from the desktop.
 int spawn_detached(const std::vector<std::string>& argv, const std::string& dir) {
   pid_t child = fork();
   if (child < 0) return 0;
@@ -90,6 +94,8 @@ int spawn_detached(const std::vector<std::string>& argv, const std::string& dir)
     setsid();
     if (fork() != 0) _exit(0);
     if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
+    int nothing = open("/dev/null", O_RDONLY);
+    if (nothing >= 0) dup2(nothing, 0);
     std::vector<char*> args;
     for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
     args.push_back(nullptr);
@@ -104,16 +110,32 @@ int spawn_detached(const std::vector<std::string>& argv, const std::string& dir)
 std::string batch_interpreter() {
   std::string beside = join_path(program_folder(), "tracefold-batch");
   if (access(beside.c_str(), X_OK) == 0) return beside;
-  std::string found = on_path("tracefold-batch");
-  return found.empty() ? "tracefold-batch" : found;
+  return find_on_path("tracefold-batch");
 }
 }  // namespace
+
+std::string find_on_path(const std::string& program) {
+  const char* path = std::getenv("PATH");
+  if (!path || program.empty()) return "";
+  std::string p = path;
+  size_t start = 0;
+  while (start <= p.size()) {
+    size_t colon = p.find(':', start);
+    std::string dir = p.substr(start, colon == std::string::npos ? std::string::npos : colon - start);
+    std::string candidate = join_path(dir.empty() ? "." : dir, program);
+    std::error_code ec;
+    if (access(candidate.c_str(), X_OK) == 0 && fs::is_regular_file(candidate, ec)) return candidate;
+    if (colon == std::string::npos) break;
+    start = colon + 1;
+  }
+  return "";
+}
 
 bool shell_start_would_find(const ShellRequest& r) {
   std::string file = native_path(r.file);
   std::error_code ec;
   if (!file.empty() && fs::exists(file, ec)) return true;
-  return file.find(sep_char) == std::string::npos && !file.empty() && !on_path(file).empty();
+  return file.find(sep_char) == std::string::npos && !file.empty() && !find_on_path(file).empty();
 }
 
 int shell_start(const ShellRequest& r) {
@@ -121,8 +143,8 @@ int shell_start(const ShellRequest& r) {
   std::error_code ec;
   if (file.empty() || !fs::exists(file, ec)) {
     // A bare program name is looked up on PATH, as the platform does.
-    if (file.find(sep_char) != std::string::npos || on_path(file).empty()) return shell_file_not_found;
-    file = on_path(file);
+    if (file.find(sep_char) != std::string::npos || find_on_path(file).empty()) return shell_file_not_found;
+    file = find_on_path(file);
   }
   std::vector<std::string> argv;
   if (lower(fs::path(file).extension().string()) == ".bat") {
@@ -130,16 +152,44 @@ int shell_start(const ShellRequest& r) {
   } else if (access(file.c_str(), X_OK) == 0 && fs::is_regular_file(file, ec)) {
     argv = {file};
   } else {
-    argv = {"xdg-open", file};
+    argv = {find_on_path("xdg-open"), file};
   }
+  if (argv[0].empty()) return shell_no_association;
   for (auto& w : words(r.params)) argv.push_back(w);
   return spawn_detached(argv, r.dir);
 }
 
 std::string find_executable(const std::string& document) {
+  std::error_code ec;
+  if (!fs::is_regular_file(native_path(document), ec)) return "";
   std::string ext = lower(fs::path(document).extension().string());
   if (ext == ".bat") return batch_interpreter();
-  if (ext == ".zip") return on_path("zip");
+  if (ext == ".zip") return find_on_path("zip");
+  return "";
+}
+
+std::string Platform::temp_folder() {
+  std::error_code ec;
+  auto folder = fs::temp_directory_path(ec);
+  return ec ? std::string() : join_path(folder.string(), "");
+}
+
+std::string Platform::temp_file_name(const std::string& folder, const std::string& prefix) {
+  // The number starts from the clock and goes up until a name is free; the
+  // file is made at once so that the name stays ours.
+  auto tick = std::chrono::steady_clock::now().time_since_epoch().count();
+  for (unsigned attempt = 0; attempt < 0xFFFF; ++attempt) {
+    unsigned unique = static_cast<unsigned>((tick + attempt) % 0xFFFF) + 1;
+    char hex[8];
+    std::snprintf(hex, sizeof hex, "%X", unique);
+    std::string name = join_path(folder, prefix.substr(0, 3) + hex + ".tmp");
+    int fd = open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0644);
+    if (fd >= 0) {
+      close(fd);
+      return name;
+    }
+    if (errno != EEXIST) return "";
+  }
   return "";
 }
 #endif

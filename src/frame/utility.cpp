@@ -260,7 +260,7 @@ void Utility::form_load() { state.crlf = "\r\n"; }
 
 void Utility::start_button_program(const std::string& control) {
   if (control == "Commandp6") {
-    if (message(platform, "If you installed The RENAME FreeWare (found on CD) click YES", Icon::question,
+    if (message(platform, "If you installed The RENAME FreeWare (found on CD) click YES", Icon::none,
                 Buttons::yes_no) == Answer::yes)
       start_program(app, control);
     else
