@@ -76,15 +76,20 @@ void RecordImage::zero_words(int first, int end, int width) {
 
 void RecordImage::flush(BinaryFile& file) {
   if (bytes_.empty()) return;
-  // Fill the gaps between the written words with the file's own bytes.
-  if (std::find(written_.begin(), written_.end(), 0) != written_.end() && base_ < file.length()) {
-    std::vector<uint8_t> under(bytes_.size(), 0);
-    file.read_at(base_, under.data(), under.size());
-    for (size_t i = 0; i < bytes_.size(); ++i)
-      if (!written_[i]) bytes_[i] = under[i];
+  // Fill the gaps between the written words with the file's own bytes; past
+  // the end of the file they stay zero, as the file grows with zeros.
+  if (base_ < file.length()) {
+    size_t inside = static_cast<size_t>(std::min<int64_t>(file.length() - base_, static_cast<int64_t>(bytes_.size())));
+    under_.resize(inside);
+    bool gaps = false;
+    for (size_t i = 0; i < inside && !gaps; ++i) gaps = !written_[i];
+    if (gaps) {
+      file.read_at(base_, under_.data(), inside);
+      for (size_t i = 0; i < inside; ++i)
+        if (!written_[i]) bytes_[i] = under_[i];
+    }
   }
-  // Leading bytes never written are not part of the write: the file only
-  // grows from the first written byte's point of view where it must.
+  // Leading bytes that no write touched are left out of the write.
   size_t first = static_cast<size_t>(std::find(written_.begin(), written_.end(), 1) - written_.begin());
   file.write_at(base_ + static_cast<int64_t>(first), bytes_.data() + first, bytes_.size() - first);
 }

@@ -125,6 +125,7 @@ class RecordImage {
   int64_t base_ = 0;
   std::vector<uint8_t> bytes_;
   std::vector<uint8_t> written_;
+  std::vector<uint8_t> under_;
 };
 
 }  // namespace tf::su
