@@ -189,10 +189,12 @@ void PanelRegistry::unload(const std::string& name) {
   auto it = open_.find(name);
   if (it == open_.end()) return;
   if (active == it->second.get()) active = nullptr;
+  Panel* panel = it->second.get();
   retired_.push_back(std::move(it->second));
   open_.erase(it);
   open_order_.erase(std::remove(open_order_.begin(), open_order_.end(), name), open_order_.end());
   app_.platform.panel_unloaded(name);
+  panel->form_unload();
 }
 
 void PanelRegistry::collect() { retired_.clear(); }

@@ -52,6 +52,7 @@ class Panel {
   Panel& operator=(const Panel&) = delete;
 
   virtual void form_load() {}
+  virtual void form_unload() {}
 
   const std::string& name() const { return name_; }
   const std::string& caption() const { return caption_; }

@@ -352,9 +352,9 @@ void Utility::tab_changed() {
   if (File_Exists(manual) == 1) resume_next([&] { set_text("RichTextBox1", read_whole_file(manual)); });
 }
 
-void Utility::quit() {
-  unload();
-  platform.quit();
-}
+void Utility::quit() { unload(); }
+
+// The program ends with its main panel, whatever other panels are open.
+void Utility::form_unload() { platform.quit(); }
 
 }  // namespace tf

@@ -9,6 +9,7 @@ class Utility : public Panel {
  public:
   explicit Utility(App& app);
   void form_load() override;
+  void form_unload() override;
   void Lance();
 
  private:

@@ -1,5 +1,7 @@
 #include "importers/es1225.h"
 
+#include <iterator>
+
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
@@ -71,8 +73,9 @@ void es1225::out_file() {
 }
 
 void es1225::info() {
-  std::string text;
-  for (const char* line : help_lines) text += line + state.crlf;
+  // The lines are joined by crlf: nothing follows the last one.
+  std::string text = help_lines[0];
+  for (size_t i = 1; i < std::size(help_lines); ++i) text += state.crlf + help_lines[i];
   message(platform, text);
 }
 
@@ -117,7 +120,7 @@ void es1225::Convert() {
     step([&] { files.open(1, record); });
     for (int16_t j = 1; j <= state.nb_channels; ++j) {
       int32_t p = 0;
-      step([&] { p = to_i32(static_cast<double>(files[1].length()) - double{channel_block} * state.nb_channels - 1); });
+      step([&] { p = to_i32(static_cast<double>(files[1].length()) - static_cast<double>(channel_block) * state.nb_channels - 1); });
       if (p < 48) {
         message(platform, "Wrong file length", Icon::stop);
         resume_next([&] { files.close_all(); });
