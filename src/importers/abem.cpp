@@ -170,13 +170,7 @@ void abem::Convert() {
       image.begin(state.trace_pos);
       image.put(su::word("tracl"), 0);
       image.put(su::word("tracr"), 0);
-      image.put(su::word("fldr"), f);
-      image.put(su::word("tracf"), c);
-      image.put(su::word("cdp"), 0);
-      image.put(su::word("cdpt"), 0);
-      image.put(su::word("trid"), 1);
-      image.put(su::word("nvs"), 1);
-      image.put(su::word("nhs"), 1);
+      su::put_channel_words(image, f, c);
       image.zero_words(36, 88, 4);
       image.zero_words(88, 114, 2);
       image.put_i32(su::word("ns").offset, ns);  // 4 bytes: its upper half falls on dt

@@ -145,13 +145,7 @@ void es1225::Convert() {
       step([&] { t = i16_add(i16_mul(i - 1, state.nb_channels), j - 1); });
       step([&] { state.trace_pos = i32_mul(t, su::record_size(ns)); });
       image.begin(state.trace_pos);
-      image.put(su::word("fldr"), 0);  // the record number is not stored
-      image.put(su::word("tracf"), j);
-      image.put(su::word("cdp"), 0);
-      image.put(su::word("cdpt"), 0);
-      image.put(su::word("trid"), 1);
-      image.put(su::word("nvs"), 1);
-      image.put(su::word("nhs"), 1);
+      su::put_channel_words(image, 0, j);  // the record number is not stored
       image.put_i32(su::word("tstat").offset, 0);  // 4 bytes: tstat and laga
       image.put_i32(su::word("muts").offset, 0);   // 4 bytes: muts and mute
       image.put_i32(su::word("mute").offset, 0);   // 4 bytes: mute and, for now, ns

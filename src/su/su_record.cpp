@@ -94,4 +94,14 @@ void RecordImage::flush(BinaryFile& file) {
   file.write_at(base_ + static_cast<int64_t>(first), bytes_.data() + first, bytes_.size() - first);
 }
 
+void put_channel_words(RecordImage& image, int32_t fldr, int32_t tracf) {
+  image.put(word("fldr"), fldr);
+  image.put(word("tracf"), tracf);
+  image.put(word("cdp"), 0);
+  image.put(word("cdpt"), 0);
+  image.put(word("trid"), 1);
+  image.put(word("nvs"), 1);
+  image.put(word("nhs"), 1);
+}
+
 }  // namespace tf::su

@@ -128,4 +128,9 @@ class RecordImage {
   std::vector<uint8_t> under_;
 };
 
+// The words of a field record's channel that the importers write in this
+// order: fldr and tracf, cdp and cdpt 0, one data trace neither summed nor
+// stacked (trid, nvs, nhs 1).
+void put_channel_words(RecordImage& image, int32_t fldr, int32_t tracf);
+
 }  // namespace tf::su
