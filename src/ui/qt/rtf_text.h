@@ -1,0 +1,13 @@
+// The readable text of a rich text file, for a box that shows it read-only:
+// paragraphs, tabs and characters kept, formatting and tables of fonts,
+// colours and styles dropped. Text that is not rich text comes back as it is.
+#pragma once
+
+#include <QString>
+#include <string>
+
+namespace tf {
+
+QString rtf_plain_text(const std::string& text);
+
+}  // namespace tf

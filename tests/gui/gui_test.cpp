@@ -1,0 +1,554 @@
+// The desktop front end through its real widgets, on the offscreen platform:
+// every panel drawn with each control visible, labelled and apart from its
+// neighbours (a screenshot of each goes to the build folder), the boxes and
+// dialogs as the panels ask for them, and the ES-1225 conversion run by
+// clicks giving the very bytes of the headless runner.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QTextEdit>
+#include <QTimer>
+#include <algorithm>
+#include <deque>
+#include <fstream>
+#include <optional>
+
+#include "../test_support.h"
+#include "frame/panel.h"
+#include "tools/record_generators.h"
+#include "ui/qt/panel_window.h"
+#include "ui/qt/qt_platform.h"
+
+namespace {
+
+using tf::Kind;
+
+void settle() {
+  for (int i = 0; i < 5; ++i) QApplication::processEvents();
+}
+
+QString q(const std::string& s) { return QString::fromStdString(s); }
+
+// Answers the boxes that a handler opens, as a user at the screen would,
+// and keeps what each box showed.
+class BoxAnswerer : public QObject {
+ public:
+  struct Box {
+    QString title, text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QList<QMessageBox::StandardButton> buttons;  // in the order of their values
+    QMessageBox::StandardButton default_button = QMessageBox::NoButton;
+  };
+  std::vector<Box> boxes;
+  std::deque<QMessageBox::StandardButton> replies;  // else the default button
+  std::deque<std::optional<QString>> inputs;        // nullopt: cancel
+  std::function<void(QFileDialog&)> on_file_dialog;
+  std::function<void()> while_box_is_up;
+  bool enabled = true;
+
+  BoxAnswerer() {
+    connect(&timer_, &QTimer::timeout, this, [this] { answer(); });
+    timer_.start(20);
+  }
+
+ private:
+  void answer() {
+    if (!enabled) return;
+    QWidget* modal = QApplication::activeModalWidget();
+    if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+      Box seen{box->windowTitle(), box->text(), box->icon(), {}};
+      for (QAbstractButton* b : box->buttons()) seen.buttons << box->standardButton(b);
+      std::sort(seen.buttons.begin(), seen.buttons.end());
+      seen.default_button = box->standardButton(box->defaultButton());
+      boxes.push_back(seen);
+      if (while_box_is_up) while_box_is_up();
+      QAbstractButton* pick = box->defaultButton();
+      if (!replies.empty()) pick = box->button(replies.front()), replies.pop_front();
+      if (pick) pick->click();
+    } else if (auto* input = qobject_cast<QInputDialog*>(modal)) {
+      std::optional<QString> reply = inputs.empty() ? std::nullopt : inputs.front();
+      if (!inputs.empty()) inputs.pop_front();
+      if (reply) {
+        input->setTextValue(*reply);
+        input->accept();
+      } else {
+        input->reject();
+      }
+    } else if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+      if (on_file_dialog) on_file_dialog(*dialog);
+      else dialog->reject();
+    }
+  }
+  QTimer timer_;
+};
+
+std::string screenshot_folder() {
+  QDir().mkpath(TRACEFOLD_SCREENSHOTS);
+  return TRACEFOLD_SCREENSHOTS;
+}
+
+void screenshot(QWidget* window, const std::string& name) {
+  settle();
+  const QString path = q(screenshot_folder() + "/" + name + ".png");
+  EXPECT_TRUE(window->grab().save(path)) << path.toStdString();
+}
+
+// Whether a control of the model should be on screen now: it and every
+// frame and tab page that holds it shown.
+bool should_show(tf::Panel& panel, const tf::Control& c) {
+  if (!c.visible) return false;
+  const tf::Control* child = &c;
+  for (int guard = 0; guard < 16 && !child->parent.empty(); ++guard) {
+    const tf::Control* holder = panel.find(child->parent);
+    if (!holder || holder == child) return true;
+    if (holder->kind == Kind::tabs && holder->value != std::max(child->tab, 0)) return false;
+    if (!holder->visible) return false;
+    child = holder;
+  }
+  return true;
+}
+
+// Every control that should show has a widget on screen, inside the window,
+// with its caption uncut; fields have their caption as the label beside
+// them; no two widgets of one container overlap.
+void check_layout(tf::PanelWindow& window, tf::Panel& panel, const std::string& where) {
+  SCOPED_TRACE(where);
+  std::vector<QWidget*> shown;
+  for (auto& c : panel.controls()) {
+    if (!should_show(panel, *c)) continue;
+    SCOPED_TRACE(c->name);
+    QWidget* w = window.widget(c->name);
+    ASSERT_NE(w, nullptr);
+    EXPECT_TRUE(w->isVisible());
+    EXPECT_FALSE(w->geometry().isEmpty());
+    const QRect on_window(w->mapTo(&window, QPoint(0, 0)), w->size());
+    EXPECT_TRUE(window.rect().contains(on_window)) << "outside the window";
+    shown.push_back(w);
+    if (c->kind == Kind::button || c->kind == Kind::option || c->kind == Kind::check) {
+      auto* b = static_cast<QAbstractButton*>(w);
+      EXPECT_EQ(b->text(), q(c->caption));
+      EXPECT_GE(b->width(), b->minimumSizeHint().width()) << "caption cut";
+    }
+    if (c->kind == Kind::frame) EXPECT_EQ(static_cast<QGroupBox*>(w)->title(), q(c->caption));
+    if ((c->kind == Kind::text || c->kind == Kind::combo) && !c->caption.empty()) {
+      QLabel* label = window.label(c->name);
+      ASSERT_NE(label, nullptr);
+      EXPECT_TRUE(label->isVisible());
+      EXPECT_EQ(label->text(), q(c->caption));
+      EXPECT_EQ(label->parentWidget(), w->parentWidget());
+      EXPECT_GE(label->width(), label->minimumSizeHint().width()) << "label cut";
+      shown.push_back(label);
+    }
+  }
+  for (size_t i = 0; i < shown.size(); ++i)
+    for (size_t j = i + 1; j < shown.size(); ++j)
+      if (shown[i]->parentWidget() == shown[j]->parentWidget())
+        EXPECT_FALSE(shown[i]->geometry().intersects(shown[j]->geometry()))
+            << shown[i]->objectName().toStdString() << " overlaps " << shown[j]->objectName().toStdString();
+}
+
+class Desktop : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    platform = std::make_unique<tf::QtPlatform>();
+    platform->application_folder_override = app_dir.str();
+    app = std::make_unique<tf::App>(*platform);
+    platform->attach(*app);
+    platform->start("Utility");
+    settle();
+  }
+  void TearDown() override {
+    app.reset();
+    platform.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  tf::PanelWindow& window(const std::string& panel) {
+    tf::PanelWindow* w = platform->window(panel);
+    if (!w) throw std::runtime_error("no window for " + panel);
+    return *w;
+  }
+  template <typename W>
+  W* widget(const std::string& panel, const std::string& control) {
+    auto* w = qobject_cast<W*>(window(panel).widget(control));
+    if (!w) throw std::runtime_error("no widget " + panel + "." + control);
+    return w;
+  }
+  void click(QWidget* w) {
+    // Options and check boxes take clicks on their mark and caption only.
+    const bool marked = qobject_cast<QRadioButton*>(w) || qobject_cast<QCheckBox*>(w);
+    QTest::mouseClick(w, Qt::LeftButton, {}, marked ? QPoint(8, w->height() / 2) : w->rect().center());
+    settle();
+  }
+  void open_tab(const std::string& panel, const std::string& tabs, int tab) {
+    QTabBar* bar = widget<QTabWidget>(panel, tabs)->tabBar();
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab).center());
+    settle();
+  }
+  // The pointer over a widget, as the window system reports it.
+  void hover(QWidget* w, std::optional<QPoint> at = std::nullopt) {
+    QTest::mouseMove(w, at.value_or(w->rect().center()));
+    settle();
+  }
+
+  tf::test::TempDir app_dir;
+  BoxAnswerer answerer;
+  std::unique_ptr<tf::QtPlatform> platform;
+  std::unique_ptr<tf::App> app;
+};
+
+TEST(DialogText, FiltersSelectionsAndFolders) {
+  EXPECT_EQ(tf::dialog_filters("Record |*.dat|All files|*.*|"), QStringList({"Record (*.dat)", "All files (*.*)"}));
+  EXPECT_EQ(tf::dialog_filters("Seismic File |*.SU|All files|*.*|"),
+            QStringList({"Seismic File (*.SU)", "All files (*.*)"}));
+  EXPECT_EQ(tf::dialog_filters("Pictures|*.bmp;*.jpg|"), QStringList({"Pictures (*.bmp *.jpg)"}));
+  EXPECT_EQ(tf::selection_text({"/data/line1/rec001.dat"}), "/data/line1/rec001.dat");
+  EXPECT_EQ(tf::selection_text({"/data/line1/rec001.dat", "/data/line1/rec002.dat", "/data/line1/rec010.dat"}),
+            "/data/line1/ rec001.dat rec002.dat rec010.dat");
+  EXPECT_EQ(tf::application_folder_of("/opt/tracefold/bin"), "/opt/tracefold");
+  EXPECT_EQ(tf::application_folder_of("/home/me/build"), "/home/me/build");
+}
+
+TEST_F(Desktop, MainPanelShowsEveryControlOnEachOfItsTabs) {
+  tf::PanelWindow& main = window("Utility");
+  tf::Panel& utility = *app->panels.loaded("Utility");
+  EXPECT_EQ(main.windowTitle(), "Tracefold 1.2");
+  EXPECT_TRUE(main.isVisible());
+  // It opens on the second tab, no option set.
+  EXPECT_EQ(widget<QTabWidget>("Utility", "SSTab1")->currentIndex(), 1);
+  EXPECT_FALSE(widget<QRadioButton>("Utility", "Option4")->isChecked());
+  const char* const shots[] = {"Utility_tab0_general_modules", "Utility_tab1_field_record_conversion", "Utility_tab2_info"};
+  for (int tab : {0, 1, 2}) {
+    open_tab("Utility", "SSTab1", tab);
+    EXPECT_EQ(utility["SSTab1"].value, tab);
+    check_layout(main, utility, "tab " + std::to_string(tab));
+    screenshot(&main, shots[tab]);
+  }
+  // Each frame is its own group: options of two frames stay set together.
+  open_tab("Utility", "SSTab1", 1);
+  auto* seg2_viewer = widget<QRadioButton>("Utility", "Option34");
+  auto* binpatch = widget<QRadioButton>("Utility", "Option30");
+  auto* ascii = widget<QRadioButton>("Utility", "Option24");
+  click(ascii);
+  click(binpatch);
+  EXPECT_TRUE(ascii->isChecked());
+  EXPECT_TRUE(binpatch->isChecked());
+  click(seg2_viewer);
+  EXPECT_FALSE(binpatch->isChecked());
+  EXPECT_TRUE(seg2_viewer->isChecked());
+  EXPECT_TRUE(ascii->isChecked());
+  // A click on a set option changes nothing.
+  click(seg2_viewer);
+  EXPECT_TRUE(seg2_viewer->isChecked());
+}
+
+TEST_F(Desktop, EveryRegisteredPanelIsDrawnFromItsModel) {
+  for (const std::string& name : app->panels.names()) {
+    if (name == "Utility") continue;
+    SCOPED_TRACE(name);
+    platform->run([&] { app->panels.show(name); });
+    settle();
+    tf::Panel* panel = app->panels.loaded(name);
+    ASSERT_NE(panel, nullptr);
+    tf::PanelWindow& w = window(name);
+    EXPECT_TRUE(w.isVisible());
+    EXPECT_EQ(w.windowTitle(), q(panel->caption()));
+    std::vector<std::pair<std::string, int>> pages;
+    for (auto& c : panel->controls())
+      if (c->kind == Kind::tabs)
+        for (int page = 0; page < static_cast<int>(c->items.size()); ++page) pages.push_back({c->name, page});
+    if (pages.empty()) {
+      check_layout(w, *panel, name);
+      screenshot(&w, name);
+    }
+    for (const auto& [tabs, page] : pages) {
+      open_tab(name, tabs, page);
+      check_layout(w, *panel, name + " tab " + std::to_string(page));
+      screenshot(&w, name + "_" + tabs + "_" + std::to_string(page));
+    }
+    // Closing the window unloads the panel.
+    w.close();
+    settle();
+    EXPECT_EQ(app->panels.loaded(name), nullptr);
+    EXPECT_EQ(platform->window(name), nullptr);
+  }
+}
+
+TEST_F(Desktop, HoverSetsBoldAndCaptionForGoodAndFillsTheHelpBox) {
+  open_tab("Utility", "SSTab1", 0);
+  auto* reverse = widget<QPushButton>("Utility", "Commandp12");
+  auto* fbp = widget<QPushButton>("Utility", "Command8");
+  auto* help = widget<QPlainTextEdit>("Utility", "Text1");
+  EXPECT_EQ(reverse->text(), "Reverse channel order in selected SU file");
+  hover(reverse);
+  EXPECT_EQ(reverse->text(), "Reverse channel in selected SU file");
+  EXPECT_TRUE(reverse->font().bold());
+  EXPECT_TRUE(help->toPlainText().startsWith("Use this module to reverse one or many selected channels\nof one or all SU field records\n"));
+  EXPECT_TRUE(help->toPlainText().endsWith("Press REVERSE to modify the SU file\n"));
+  hover(fbp);
+  EXPECT_EQ(help->toPlainText(), "This module can remove all or time limited FBP values from SU header\n");
+  // The pointer over the tab itself takes the bold off its list, which has
+  // no Command8; the hover caption stays.
+  hover(widget<QTabWidget>("Utility", "SSTab1")->tabBar());
+  EXPECT_FALSE(reverse->font().bold());
+  EXPECT_TRUE(fbp->font().bold());
+  EXPECT_EQ(reverse->text(), "Reverse channel in selected SU file");
+  EXPECT_EQ(help->toPlainText(), "This module can remove all or time limited FBP values from SU header\n");
+  check_layout(window("Utility"), *app->panels.loaded("Utility"), "after hovers");
+  screenshot(&window("Utility"), "Utility_tab0_after_hover");
+
+  // An option is bold under the pointer until the pointer is over its frame.
+  open_tab("Utility", "SSTab1", 1);
+  auto* es1225 = widget<QRadioButton>("Utility", "Option4");
+  hover(es1225);
+  EXPECT_TRUE(es1225->font().bold());
+  auto* frame = widget<QGroupBox>("Utility", "Frame1");
+  hover(frame, QPoint(frame->width() - 4, frame->height() - 4));
+  EXPECT_FALSE(es1225->font().bold());
+}
+
+TEST_F(Desktop, InfoTabShowsTheManualOfTheApplicationFolder) {
+  std::filesystem::create_directories(app_dir.file("manual"));
+  std::ofstream(app_dir.file("manual/utility.rtf"))
+      << "{\\rtf1\\ansi{\\fonttbl{\\f0\\fswiss Arial;}}{\\colortbl;\\red0\\green0\\blue0;}\n"
+         "\\f0\\fs20 {\\b Tracefold} utility\\par Select the type of file and press on CONVERT\\par "
+         "Caf\\'e9\\tab end\\par}";
+  open_tab("Utility", "SSTab1", 2);
+  EXPECT_EQ(widget<QTextEdit>("Utility", "RichTextBox1")->toPlainText(),
+            QString::fromUtf8("Tracefold utility\nSelect the type of file and press on CONVERT\nCaf\xC3\xA9\tend\n"));
+  screenshot(&window("Utility"), "Utility_tab2_info_with_manual");
+}
+
+TEST_F(Desktop, NumberFieldsDropOtherKeysWithABeep) {
+  click(widget<QRadioButton>("Utility", "Option4"));
+  auto* channels = widget<QLineEdit>("es1225", "Text5");
+  tf::Panel& es1225 = *app->panels.loaded("es1225");
+  channels->setFocus();
+  channels->end(false);
+  QTest::keyClick(channels, Qt::Key_Backspace);
+  QTest::keyClick(channels, Qt::Key_Backspace);
+  QTest::keyClicks(channels, "2a4.");
+  EXPECT_EQ(channels->text(), "24");
+  EXPECT_EQ(es1225.text("Text5"), "24");
+  EXPECT_EQ(platform->beeps, 2);
+  // The sample interval has no filter.
+  auto* rate = widget<QLineEdit>("es1225", "Text1");
+  rate->end(false);
+  QTest::keyClicks(rate, ".5x");
+  EXPECT_EQ(es1225.text("Text1"), "500.5x");
+  EXPECT_EQ(platform->beeps, 2);
+}
+
+TEST_F(Desktop, BoxesShowTheIconButtonsAndTitleOfEachCall) {
+  struct Case {
+    tf::Icon icon;
+    tf::Buttons buttons;
+    QMessageBox::Icon shown_icon;
+    QList<QMessageBox::StandardButton> shown_buttons;
+    QMessageBox::StandardButton reply;
+    tf::Answer answer;
+  };
+  const Case cases[] = {
+      {tf::Icon::stop, tf::Buttons::ok, QMessageBox::Critical, {QMessageBox::Ok}, QMessageBox::Ok, tf::Answer::ok},
+      {tf::Icon::question, tf::Buttons::yes_no, QMessageBox::Question, {QMessageBox::Yes, QMessageBox::No},
+       QMessageBox::No, tf::Answer::no},
+      {tf::Icon::exclamation, tf::Buttons::ok_cancel, QMessageBox::Warning, {QMessageBox::Ok, QMessageBox::Cancel},
+       QMessageBox::Cancel, tf::Answer::cancel},
+      {tf::Icon::information, tf::Buttons::yes_no_cancel, QMessageBox::Information,
+       {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel}, QMessageBox::Yes, tf::Answer::yes},
+      {tf::Icon::none, tf::Buttons::retry_cancel, QMessageBox::NoIcon, {QMessageBox::Retry, QMessageBox::Cancel},
+       QMessageBox::Retry, tf::Answer::retry},
+      {tf::Icon::none, tf::Buttons::abort_retry_ignore, QMessageBox::NoIcon,
+       {QMessageBox::Abort, QMessageBox::Retry, QMessageBox::Ignore}, QMessageBox::Ignore, tf::Answer::ignore},
+  };
+  for (const Case& c : cases) {
+    answerer.boxes.clear();
+    answerer.replies = {c.reply};
+    tf::MessageBoxRequest request;
+    request.text = "Wrong file length";
+    request.icon = c.icon;
+    request.buttons = c.buttons;
+    if (c.icon == tf::Icon::none) request.title = "Cleavit";
+    EXPECT_EQ(platform->message_box(request), c.answer);
+    ASSERT_EQ(answerer.boxes.size(), 1u);
+    EXPECT_EQ(answerer.boxes[0].text, "Wrong file length");
+    EXPECT_EQ(answerer.boxes[0].title, c.icon == tf::Icon::none ? "Cleavit" : "Tracefold 1.0");
+    EXPECT_EQ(answerer.boxes[0].icon, c.shown_icon);
+    // The first button of each set is the default.
+    EXPECT_EQ(answerer.boxes[0].default_button, c.shown_buttons.front());
+    auto sorted = c.shown_buttons;
+    std::sort(sorted.begin(), sorted.end());
+    EXPECT_EQ(answerer.boxes[0].buttons, sorted);
+  }
+
+  // Input boxes: the prompt, title and default; a cancel gives "".
+  tf::InputBoxRequest ask;
+  ask.prompt = "Type 1 to convert many ASCII file with 1 channel/ file, >1 for one ASCII file merging many channels";
+  ask.default_text = "1";
+  answerer.inputs = {QString("3"), std::nullopt};
+  EXPECT_EQ(platform->input_box(ask), "3");
+  EXPECT_EQ(platform->input_box(ask), "");
+
+  // The success box goes by itself when its timer runs out.
+  answerer.enabled = false;
+  QTimer rescue;
+  rescue.setSingleShot(true);
+  bool rescued = false;
+  QObject::connect(&rescue, &QTimer::timeout, [&] {
+    rescued = true;
+    if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) box->defaultButton()->click();
+  });
+  rescue.start(15000);
+  tf::MessageBoxRequest done;
+  done.text = "Conversion done";
+  done.title = "Brenholt File converter";
+  done.autoclose_ms = 3000;
+  QElapsedTimer clock;
+  clock.start();
+  EXPECT_EQ(platform->message_box(done), tf::Answer::ok);
+  EXPECT_FALSE(rescued);
+  EXPECT_GE(clock.elapsed(), 2900);
+}
+
+TEST_F(Desktop, FileDialogsShowTheFiltersAndGiveTheTextOfTheSelection) {
+  tf::test::TempDir data;
+  const std::string first = tf::gen::write_es1225(data.str(), 1, {});
+  QString title, mode;
+  QStringList filters;
+  QFileDialog::FileMode file_mode = QFileDialog::AnyFile;
+  answerer.on_file_dialog = [&](QFileDialog& d) {
+    title = d.windowTitle();
+    filters = d.nameFilters();
+    file_mode = d.fileMode();
+    d.reject();
+  };
+  tf::FileDialogRequest open;
+  open.title = "ES1225 file selection";
+  open.filter = "Record |*.dat|All files|*.*|";
+  open.file_name = "*.dat";
+  open.initial_dir = data.str();
+  open.flags = 512;
+  EXPECT_EQ(platform->file_dialog(open), "*.dat");  // a cancel gives back the start name
+  EXPECT_EQ(title, "ES1225 file selection");
+  EXPECT_EQ(filters, QStringList({"Record (*.dat)", "All files (*.*)"}));
+  EXPECT_EQ(file_mode, QFileDialog::ExistingFiles);
+
+  answerer.on_file_dialog = [&](QFileDialog& d) {
+    file_mode = d.fileMode();
+    // The name typed into the dialog's name field, as a user would.
+    auto* name = d.findChild<QLineEdit*>("fileNameEdit");
+    ASSERT_NE(name, nullptr);
+    name->setText(q(first));
+    static_cast<QDialog&>(d).accept();
+  };
+  open.flags = 0;
+  EXPECT_EQ(platform->file_dialog(open), first);
+  EXPECT_NE(file_mode, QFileDialog::ExistingFiles);
+}
+
+TEST_F(Desktop, Es1225ConversionThroughTheWidgetsGivesTheBytesOfTheHeadlessRunner) {
+  tf::test::TempDir data;
+  const std::string rec1 = tf::gen::write_es1225(data.str(), 1, {});
+  const std::string rec2 = tf::gen::write_es1225(data.str(), 2, {});
+  const std::string gui_out = data.file("through_widgets.su");
+  const std::string headless_out = data.file("headless.su");
+
+  std::vector<tf::FileDialogRequest> dialogs;
+  platform->file_chooser = [&](const tf::FileDialogRequest& r) -> std::optional<QStringList> {
+    dialogs.push_back(r);
+    return QStringList{q(rec1), q(rec2)};
+  };
+  click(widget<QRadioButton>("Utility", "Option4"));
+  ASSERT_NE(platform->window("es1225"), nullptr);
+  click(widget<QPushButton>("es1225", "Command3"));
+  ASSERT_EQ(dialogs.size(), 1u);
+  EXPECT_EQ(dialogs[0].title, "ES1225 file selection");
+  EXPECT_EQ(dialogs[0].filter, "Record |*.dat|All files|*.*|");
+  EXPECT_EQ(dialogs[0].flags, 512);
+  const std::string selection = data.str() + "/ rec001.dat rec002.dat";
+  EXPECT_EQ(app->state.file_in, selection);
+  auto* list = widget<QListWidget>("es1225", "List1");
+  ASSERT_EQ(list->count(), 2);
+  EXPECT_EQ(list->item(1)->text(), q(rec2));
+  EXPECT_EQ(widget<QLineEdit>("es1225", "Text3")->text(), "2");
+  EXPECT_EQ(widget<QLineEdit>("es1225", "Text2")->text(), q(data.file("es1225.su")));
+
+  auto* out = widget<QLineEdit>("es1225", "Text2");
+  out->selectAll();
+  QTest::keyClicks(out, q(gui_out));
+  EXPECT_EQ(app->panels.loaded("es1225")->text("Text2"), gui_out);
+  screenshot(&window("es1225"), "es1225_records_selected");
+
+  int progress = -1, progress_max = -1;
+  answerer.while_box_is_up = [&] {
+    if (tf::PanelWindow* w = platform->window("es1225")) {
+      auto* bar = qobject_cast<QProgressBar*>(w->widget("ProgressBar1"));
+      progress = bar->value();
+      progress_max = bar->maximum();
+    }
+  };
+  click(widget<QPushButton>("es1225", "Command1"));
+  ASSERT_EQ(answerer.boxes.size(), 1u);
+  EXPECT_EQ(answerer.boxes[0].text, "Conversion done");
+  EXPECT_EQ(answerer.boxes[0].title, "Tracefold 1.0");
+  EXPECT_EQ(answerer.boxes[0].icon, QMessageBox::NoIcon);
+  EXPECT_EQ(progress, 2);
+  EXPECT_EQ(progress_max, 2);
+  // The panel unloads at the end and its window goes with it.
+  EXPECT_EQ(platform->window("es1225"), nullptr);
+  EXPECT_EQ(app->panels.loaded("es1225"), nullptr);
+
+  auto headless = tf::test::run("show Utility\n"
+                                "click Utility.Option4\n"
+                                "dialog \"" + selection + "\"\n"
+                                "click es1225.Command3\n"
+                                "set es1225.Text2 \"" + headless_out + "\"\n"
+                                "click es1225.Command1\n");
+  ASSERT_EQ(headless.exit_code, 0);
+  ASSERT_TRUE(headless.has({"\"event\":\"msgbox\"", "Conversion done"}));
+  const auto gui_bytes = tf::test::read_bytes(gui_out);
+  EXPECT_EQ(gui_bytes.size(), 24u * (240 + 4000) + 4);
+  EXPECT_TRUE(gui_bytes == tf::test::read_bytes(headless_out));
+}
+
+// Last: the end of the program.
+TEST_F(Desktop, QuitEndsTheProgramWhateverPanelsAreOpen) {
+  click(widget<QRadioButton>("Utility", "Option4"));
+  ASSERT_NE(platform->window("es1225"), nullptr);
+  QPushButton* quit = widget<QPushButton>("Utility", "Command2");
+  QTimer::singleShot(0, [&] { click(quit); });
+  QTimer::singleShot(20000, [] { QCoreApplication::exit(1); });  // a quit that did not end the loop
+  EXPECT_EQ(QApplication::exec(), 0);
+  EXPECT_TRUE(platform->quit_requested());
+  EXPECT_EQ(app->panels.loaded("Utility"), nullptr);
+  for (tf::PanelWindow* w : platform->windows()) EXPECT_FALSE(w->isVisible()) << w->panel_name();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // No display needed: the offscreen platform unless one is asked for.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  ::testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
