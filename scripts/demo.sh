@@ -23,7 +23,7 @@ build/su-info "$demo/es1225.su"
 build/make-records abem "$demo/abem" 2 >/dev/null
 cat >"$demo/abem.tfs" <<SCRIPT
 click Utility.Option5
-dialog "$PWD/$demo/abem/ $(cd "$demo/abem" && ls | tr '\n' ' ')"
+dialog "$PWD/$demo/abem/ $(cd "$demo/abem" && echo *)"
 click abem.Command4
 set abem.Text2 "$PWD/$demo/abem.su"
 click abem.Command1

@@ -18,7 +18,7 @@ struct RunnerOptions {
   bool shell_run = false;     // record: log the start only; run: start for real
   bool virtual_clock = true;  // waits return at once
   double max_seconds = 60;    // a run past this ends with exit code 3
-  long max_boxes = 100000;    // so does a box shown more often than this
+  long max_boxes = 1000;      // so does a run that shows more boxes than this
 };
 
 class ScriptPlatform : public Platform {
