@@ -18,22 +18,25 @@ int main(int argc, char** argv) {
   }
   std::string format = argv[1], folder = argv[2];
   int count = std::stoi(argv[3]);
-  if (format == "es1225") {
-    tf::gen::Es1225Layout layout;
-    if (argc > 4) layout.channels = std::stoi(argv[4]);
-    if (argc > 5) layout.samples = std::stoi(argv[5]);
-    if (argc > 6) layout.header = std::stoi(argv[6]);
-    for (int i = 1; i <= count; ++i) std::cout << tf::gen::write_es1225(folder, i, layout) << "\n";
-    return 0;
+  // The optional numbers after the count, 0 where not given.
+  auto option = [&](int i) { return argc > 3 + i ? std::stoi(argv[3 + i]) : 0; };
+  for (int i = 1; i <= count; ++i) {
+    if (format == "es1225") {
+      tf::gen::Es1225Layout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (option(3)) layout.header = option(3);
+      std::cout << tf::gen::write_es1225(folder, i, layout) << "\n";
+    } else if (format == "abem") {
+      tf::gen::AbemLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (argc > 6) layout.rate_code = option(3);
+      std::cout << tf::gen::write_abem(folder, i, layout) << "\n";
+    } else {
+      std::cerr << "make-records: unknown format " << format << "\n";
+      return 2;
+    }
   }
-  if (format == "abem") {
-    tf::gen::AbemLayout layout;
-    if (argc > 4) layout.channels = std::stoi(argv[4]);
-    if (argc > 5) layout.samples = std::stoi(argv[5]);
-    if (argc > 6) layout.rate_code = std::stoi(argv[6]);
-    for (int i = 1; i <= count; ++i) std::cout << tf::gen::write_abem(folder, i, layout) << "\n";
-    return 0;
-  }
-  std::cerr << "make-records: unknown format " << format << "\n";
-  return 2;
+  return 0;
 }

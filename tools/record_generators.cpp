@@ -19,6 +19,28 @@ int16_t gather_sample(int record, int channel, int sample) {
   return static_cast<int16_t>(std::lround(wavelet) + noise);
 }
 
+namespace {
+// Channel `channel` of a record as int16 samples from byte `start`.
+void put_gather(std::vector<uint8_t>& bytes, size_t start, int record, int channel, int samples) {
+  for (int s = 0; s < samples; ++s) {
+    int16_t v = gather_sample(record, channel, s);
+    std::memcpy(&bytes[start + 2 * static_cast<size_t>(s)], &v, 2);
+  }
+}
+
+// Writes FOLDER/recNNN.EXT and gives its path.
+std::string write_record(const std::string& folder, int record, const char* extension,
+                         const std::vector<uint8_t>& bytes) {
+  std::filesystem::create_directories(folder);
+  char name[32];
+  std::snprintf(name, sizeof name, "rec%03d.%s", record, extension);
+  std::string path = (std::filesystem::path(folder) / name).string();
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
+                                               static_cast<std::streamsize>(bytes.size()));
+  return path;
+}
+}  // namespace
+
 std::vector<uint8_t> es1225_record(int record, const Es1225Layout& layout) {
   const size_t block = 2 * static_cast<size_t>(layout.samples) + 48;
   std::vector<uint8_t> bytes(static_cast<size_t>(layout.header) + block * layout.channels, 0);
@@ -26,24 +48,13 @@ std::vector<uint8_t> es1225_record(int record, const Es1225Layout& layout) {
   for (int c = 0; c < layout.channels; ++c) {
     // The importer takes each channel's samples two bytes ahead of its
     // block, so the samples sit there; the 48 bytes close the block.
-    size_t start = static_cast<size_t>(layout.header) + c * block - 2;
-    for (int s = 0; s < layout.samples; ++s) {
-      int16_t v = gather_sample(record, c + 1, s);
-      std::memcpy(&bytes[start + 2 * static_cast<size_t>(s)], &v, 2);
-    }
+    put_gather(bytes, static_cast<size_t>(layout.header) + c * block - 2, record, c + 1, layout.samples);
   }
   return bytes;
 }
 
 std::string write_es1225(const std::string& folder, int record, const Es1225Layout& layout) {
-  std::filesystem::create_directories(folder);
-  char name[32];
-  std::snprintf(name, sizeof name, "rec%03d.dat", record);
-  std::string path = (std::filesystem::path(folder) / name).string();
-  auto bytes = es1225_record(record, layout);
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
-                                               static_cast<std::streamsize>(bytes.size()));
-  return path;
+  return write_record(folder, record, "dat", es1225_record(record, layout));
 }
 
 std::vector<uint8_t> abem_record(int record, const AbemLayout& layout) {
@@ -66,22 +77,12 @@ std::vector<uint8_t> abem_record(int record, const AbemLayout& layout) {
   std::vector<uint8_t> bytes(text.begin(), text.end());
   bytes.resize(header + 2 * static_cast<size_t>(layout.samples) * layout.channels, 0);
   for (int c = 0; c < layout.channels; ++c)
-    for (int s = 0; s < layout.samples; ++s) {
-      int16_t v = gather_sample(record, c + 1, s);
-      std::memcpy(&bytes[header + 2 * (static_cast<size_t>(c) * layout.samples + s)], &v, 2);
-    }
+    put_gather(bytes, header + 2 * static_cast<size_t>(c) * layout.samples, record, c + 1, layout.samples);
   return bytes;
 }
 
 std::string write_abem(const std::string& folder, int record, const AbemLayout& layout) {
-  std::filesystem::create_directories(folder);
-  char name[32];
-  std::snprintf(name, sizeof name, "rec%03d.abm", record);
-  std::string path = (std::filesystem::path(folder) / name).string();
-  auto bytes = abem_record(record, layout);
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
-                                               static_cast<std::streamsize>(bytes.size()));
-  return path;
+  return write_record(folder, record, "abm", abem_record(record, layout));
 }
 
 }  // namespace tf::gen
