@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 
-#include "frame/panel.h"
 #include "su/geometry.h"
 #include "test_support.h"
-#include "ui/headless/script_platform.h"
 
 using namespace tf;
 using namespace tf::test;
@@ -32,56 +31,30 @@ std::vector<uint8_t> su_file(int traces, const std::function<Words(int)>& words)
   for (int k = 1; k <= traces; ++k) {
     size_t at = kRecord * static_cast<size_t>(k - 1);
     Words w = words(k);
-    put_at<int32_t>(bytes, at + 8, w.fldr);
-    put_at<int32_t>(bytes, at + 12, w.tracf);
+    put_trace_words(bytes, at, w.fldr, w.tracf, kNs, 250);
     put_at<int16_t>(bytes, at + 32, w.nhs);
-    put_at<int16_t>(bytes, at + 114, kNs);
-    put_at<int16_t>(bytes, at + 116, 250);
   }
   return bytes;
 }
 
-// Records of `channels` traces numbered from 1, fldr from 1.
-std::function<Words(int)> gather(int channels) {
-  return [channels](int k) { return Words{(k - 1) / channels + 1, (k - 1) % channels + 1, 1}; };
+// Records of `channels` traces numbered from 1, fldr from 1; nhs 2 from
+// trace `stacked_at` on (0: never).
+std::function<Words(int)> gather(int channels, int stacked_at = 0) {
+  return [=](int k) {
+    return Words{(k - 1) / channels + 1, (k - 1) % channels + 1, int16_t(stacked_at && k >= stacked_at ? 2 : 1)};
+  };
 }
 
-// A running program on the headless platform; boxes are answered from the
-// queues and recorded.
-struct Program {
-  std::ostringstream out;
-  ScriptPlatform platform{[] {
-                            RunnerOptions o;
-                            o.max_boxes = 50;
-                            return o;
-                          }(),
-                          out};
-  App app{platform};
+// A program on the recording platform, its boxes answered from the queues.
+struct Program : Recording<> {
   int32_t traces = -1;
   int16_t channels = -1;
   int16_t flag = -1;
-
   void detect(const std::string& file) { Detect_Geometry(app, file, traces, channels, flag); }
-  std::vector<std::string> lines() const {
-    std::vector<std::string> v;
-    std::istringstream in(out.str());
-    for (std::string l; std::getline(in, l);) v.push_back(l);
-    return v;
-  }
-  std::vector<std::string> boxes() const {
-    std::vector<std::string> v;
-    for (const auto& l : lines())
-      if (l.find("\"event\":\"msgbox\"") != std::string::npos || l.find("\"event\":\"inputbox\"") != std::string::npos)
-        v.push_back(l);
-    return v;
-  }
 };
 
 const std::string question_box =
     "{\"event\":\"inputbox\",\"prompt\":\"Confirm the number of channels per record\",\"title\":\"Tracefold 1.0\",";
-const std::string update_box =
-    "{\"event\":\"msgbox\",\"text\":\"Would you update header values with channel numbers ?\",\"title\":\"Tracefold "
-    "1.0\",\"icon\":\"none\",\"buttons\":\"yesno\",";
 
 }  // namespace
 
@@ -89,56 +62,43 @@ const std::string update_box =
 // a fold of 2 on the last scanned trace marks the file stacked, one trace
 // further it is not seen and the channel scan runs.
 TEST(DetectGeometry, StackScanCoversTracesOverStep) {
-  struct Case {
-    int traces;
-    int scanned;
-  };
-  const Case cases[] = {{999, 999},   {1000, 200},  {2000, 400},   {4999, 1000},
-                        {5000, 100},  {19999, 400}, {20000, 200}};
+  const std::pair<int, int> cases[] = {{999, 999},   {1000, 200},  {2000, 400},  {4999, 1000},
+                                       {5000, 100},  {19999, 400}, {20000, 200}};
   TempDir dir;
-  for (const auto& c : cases) {
-    for (int stacked_at : {c.scanned, c.scanned + 1}) {
-      SCOPED_TRACE("traces " + std::to_string(c.traces) + ", nhs 2 at trace " + std::to_string(stacked_at));
-      const std::string file = dir.file("line.su");
-      write_bytes(file, su_file(c.traces, [&](int k) {
-                    Words w = gather(24)(k);
-                    if (k >= stacked_at) w.nhs = 2;
-                    return w;
-                  }));
+  for (const auto& [traces, scanned] : cases)
+    for (int stacked_at : {scanned, scanned + 1}) {
+      SCOPED_TRACE("traces " + std::to_string(traces) + ", nhs 2 at trace " + std::to_string(stacked_at));
+      write_bytes(dir.file("line.su"), su_file(traces, gather(24, stacked_at)));
       Program p;
-      p.detect(file);
-      EXPECT_EQ(p.traces, c.traces);
+      p.detect(dir.file("line.su"));
+      EXPECT_EQ(p.traces, traces);
       EXPECT_EQ(p.app.state.ns, kNs);
-      if (stacked_at == c.scanned) {
-        EXPECT_EQ(p.flag, 2);
-        EXPECT_EQ(p.channels, 0);
-      } else {
-        EXPECT_EQ(p.flag, 0);
-        EXPECT_EQ(p.channels, 24);
-      }
+      EXPECT_EQ(p.flag, stacked_at == scanned ? 2 : 0);
+      EXPECT_EQ(p.channels, stacked_at == scanned ? 0 : 24);
       EXPECT_TRUE(p.boxes().empty());
     }
-  }
 }
 
-// What the channel scan finds for records of n channels: three and more are
-// taken, fewer lead to the question, and so do four, whose fifth trace is
-// numbered as the first.
-TEST(DetectGeometry, ChannelScanAndTheQuestion) {
-  struct Case {
+// The channel scan takes three channels and more (up to the 150 traces it
+// reads); fewer, and four (its fifth trace numbered as the first), lead to
+// the question. Names of sorted or NMO files give 100 with no question.
+TEST(DetectGeometry, ChannelScanNameTestAndTheQuestion) {
+  const struct {
+    const char* name;
     int per_record;
     int16_t channels;
     bool asked;
-  };
-  const Case cases[] = {{1, 0, true}, {2, 0, true}, {3, 3, false}, {4, 0, true}, {5, 5, false}, {24, 24, false}, {200, 150, false}};
+  } cases[] = {{"line.su", 1, 0, true},         {"line.su", 2, 0, true},         {"line.su", 3, 3, false},
+               {"line.su", 4, 0, true},         {"line.su", 5, 5, false},        {"line.su", 24, 24, false},
+               {"line.su", 200, 150, false},    {"line_sort.su", 48, 100, false}, {"LINE_SORTED.SU", 1, 100, false},
+               {"shot_NMO.su", 1, 100, false}};
   TempDir dir;
   for (const auto& c : cases) {
-    SCOPED_TRACE(std::to_string(c.per_record) + " channels a record");
-    const std::string file = dir.file("line.su");
-    write_bytes(file, su_file(600, gather(c.per_record)));
+    SCOPED_TRACE(std::string(c.name) + ", " + std::to_string(c.per_record) + " channels a record");
+    write_bytes(dir.file(c.name), su_file(600, gather(c.per_record)));
     Program p;
     p.platform.input_answers.push_back("0");
-    p.detect(file);
+    p.detect(dir.file(c.name));
     EXPECT_EQ(p.flag, 0);
     EXPECT_EQ(p.channels, c.channels);
     auto boxes = p.boxes();
@@ -147,89 +107,52 @@ TEST(DetectGeometry, ChannelScanAndTheQuestion) {
   }
 }
 
-TEST(DetectGeometry, SortedOrNmoNamesGiveHundredChannels) {
-  TempDir dir;
-  for (const std::string name : {"line_sort.su", "LINE_SORTED.SU", "shot_NMO.su"}) {
-    SCOPED_TRACE(name);
-    for (int per_record : {48, 1}) {
-      write_bytes(dir.file(name), su_file(300, gather(per_record)));
-      Program p;
-      p.detect(dir.file(name));
-      EXPECT_EQ(p.channels, 100);
-      EXPECT_TRUE(p.boxes().empty());  // no question for a reordered file
-    }
-  }
-}
-
 // tracf always 1: the question takes Text5 of the calling panel as its
-// default, and a yes renumbers fldr and tracf by the answer, nothing else.
+// default (none without one); a yes renumbers fldr and tracf by the
+// answer, nothing else; no, or a cancelled question, leaves the headers.
 TEST(DetectGeometry, ConfirmedChannelsRewriteFldrAndTracf) {
+  const struct {
+    const char* caller;  // the panel shown, "" for the main panel alone
+    std::optional<std::string> answer;
+    const char* reply;  // the update question's answer, "" when not asked
+    int16_t channels;
+    const char* default_text;
+  } cases[] = {{"es1225", "6", "yes", 6, "12"}, {"abem", "4", "no", 4, "480"}, {"", std::nullopt, "", 0, ""}};
   TempDir dir;
   const std::string file = dir.file("line.su");
-  const auto before = su_file(50, [](int) { return Words{1, 1, 1}; });
-  write_bytes(file, before);
-
-  Program p;
-  p.app.panels.show("es1225");  // its Text5 holds "12"
-  p.platform.input_answers.push_back("6");
-  p.platform.replies.push_back(Answer::yes);
-  p.detect(file);
-  EXPECT_EQ(p.channels, 6);
-  auto boxes = p.boxes();
-  ASSERT_EQ(boxes.size(), 2u);
-  EXPECT_EQ(boxes[0], question_box + "\"default\":\"12\",\"answer\":\"6\"}");
-  EXPECT_EQ(boxes[1], update_box + "\"answer\":\"yes\"}");
-
-  auto expected = before;
-  for (int k = 1; k <= 50; ++k) {
-    put_at<int32_t>(expected, kRecord * (k - 1) + 8, (k - 1) / 6 + 1);
-    put_at<int32_t>(expected, kRecord * (k - 1) + 12, (k - 1) % 6 + 1);
-  }
-  EXPECT_EQ(read_bytes(file), expected);
-}
-
-TEST(DetectGeometry, NoOrZeroLeavesTheHeaders) {
-  TempDir dir;
-  const std::string file = dir.file("line.su");
-  const auto before = su_file(40, gather(2));
-  write_bytes(file, before);
-  {
+  const auto before = su_file(50, [](int) { return Words{}; });
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.caller);
+    write_bytes(file, before);
     Program p;
-    p.app.panels.show("abem");  // Text5 "480"
-    p.platform.input_answers.push_back("4");
-    p.platform.replies.push_back(Answer::no);
+    if (*c.caller) p.app.panels.show(c.caller);
+    p.platform.input_answers.push_back(c.answer);
+    if (*c.reply) p.platform.replies.push_back(*answer_by_name(c.reply));
     p.detect(file);
-    EXPECT_EQ(p.channels, 4);
-    auto boxes = p.boxes();
-    ASSERT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(boxes[0], question_box + "\"default\":\"480\",\"answer\":\"4\"}");
-    EXPECT_EQ(boxes[1], update_box + "\"answer\":\"no\"}");
+    EXPECT_EQ(p.channels, c.channels);
+    std::vector<std::string> boxes{question_box + "\"default\":" + json(c.default_text) + ",\"answer\":" +
+                                   json(c.answer.value_or("")) + (c.answer ? "}" : ",\"cancelled\":true}")};
+    const std::string update = "Would you update header values with channel numbers ?";
+    if (*c.reply) boxes.push_back(box_line(update, "none", "yesno", c.reply));
+    EXPECT_EQ(p.boxes(), boxes);
+    auto expected = before;
+    for (size_t k = 0; c.reply == std::string("yes") && k < 50; ++k) {
+      put_at<int32_t>(expected, kRecord * k + 8, static_cast<int32_t>(k / 6 + 1));
+      put_at<int32_t>(expected, kRecord * k + 12, static_cast<int32_t>(k % 6 + 1));
+    }
+    EXPECT_EQ(read_bytes(file), expected);
   }
-  {
-    Program p;  // the main panel has no Text5: no default
-    p.platform.input_answers.push_back(std::nullopt);
-    p.detect(file);
-    EXPECT_EQ(p.channels, 0);
-    auto boxes = p.boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0], question_box + "\"default\":\"\",\"answer\":\"\",\"cancelled\":true}");
-  }
-  EXPECT_EQ(read_bytes(file), before);
 }
 
 TEST(DetectGeometry, MissingFldrIsReportedAndTheScanGoesOn) {
   TempDir dir;
-  const std::string file = dir.file("line.su");
-  write_bytes(file, su_file(96, [](int k) { return Words{0, (k - 1) % 24 + 1, 1}; }));
+  write_bytes(dir.file("line.su"), su_file(96, [](int k) { return Words{0, (k - 1) % 24 + 1, 1}; }));
   Program p;
-  p.detect(file);
+  p.detect(dir.file("line.su"));
   EXPECT_EQ(p.channels, 24);
-  auto boxes = p.boxes();
-  ASSERT_EQ(boxes.size(), 1u);
-  EXPECT_EQ(boxes[0],
-            "{\"event\":\"msgbox\",\"text\":\"You must verify the Field Record Number (FLDR), this value is missing. Use "
-            "HEADER UTILITY to renumber files\",\"title\":\"Tracefold 1.0\",\"icon\":\"stop\",\"buttons\":\"ok\","
-            "\"answer\":\"ok\"}");
+  const std::string text = "You must verify the Field Record Number (FLDR), this value is missing. Use HEADER UTILITY "
+                           "to renumber files";
+  EXPECT_EQ(p.boxes(), std::vector<std::string>{box_line(text, "stop")});
 }
 
 // The main panel's scan: nhs over the first quarter, tracf over the whole
@@ -237,23 +160,17 @@ TEST(DetectGeometry, MissingFldrIsReportedAndTheScanGoesOn) {
 TEST(CalculChannel, QuarterStackScanAndChannelCount) {
   TempDir dir;
   const std::string file = dir.file("line_sort.su");  // the name plays no part here
-  struct Case {
+  const struct {
     int per_record;
     int stacked_at;  // 0: none
     int16_t channels;
     int16_t flag;
-  };
-  const Case cases[] = {{24, 0, 24, 0}, {24, 24, 0, 2}, {24, 25, 24, 0}, {1, 0, 0, 0}, {2, 0, 2, 0}, {4, 0, 4, 0}};
+  } cases[] = {{24, 0, 24, 0}, {24, 24, 0, 2}, {24, 25, 24, 0}, {1, 0, 0, 0}, {2, 0, 2, 0}, {4, 0, 4, 0}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::to_string(c.per_record) + " channels, nhs 2 from " + std::to_string(c.stacked_at));
-    write_bytes(file, su_file(96, [&](int k) {
-                  Words w = gather(c.per_record)(k);
-                  if (c.stacked_at && k >= c.stacked_at) w.nhs = 2;
-                  return w;
-                }));
+    write_bytes(file, su_file(96, gather(c.per_record, c.stacked_at)));
     Program p;
     p.app.state.dt = 0;
-    p.app.files.close_all();
     Calcul_Channel(p.app, file, p.traces, p.channels, p.flag);
     EXPECT_EQ(p.traces, 96);
     EXPECT_EQ(p.channels, c.channels);
@@ -268,12 +185,11 @@ TEST(CalculChannel, QuarterStackScanAndChannelCount) {
 
 TEST(ReadFileGeometry, SetsTheSessionAndDtZeroIsThousand) {
   TempDir dir;
-  const std::string file = dir.file("line.su");
   auto bytes = su_file(120, gather(12));
-  for (int k = 0; k < 120; ++k) put_at<int16_t>(bytes, kRecord * k + 116, 0);
-  write_bytes(file, bytes);
+  for (size_t k = 0; k < 120; ++k) put_at<int16_t>(bytes, kRecord * k + 116, 0);
+  write_bytes(dir.file("line.su"), bytes);
   Program p;
-  Read_File_Geometry(p.app, file);
+  Read_File_Geometry(p.app, dir.file("line.su"));
   EXPECT_EQ(p.app.state.ns, kNs);
   EXPECT_EQ(p.app.state.dt, 1000);
   EXPECT_EQ(p.app.state.nb_traces, 120);
