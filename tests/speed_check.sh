@@ -18,7 +18,7 @@ click es1225.Command1
 SCRIPT
 best() { # the best time in ns of three runs of "$@"
   b=0
-  for i in 1 2 3; do
+  for i in 1 2 3 4 5; do
     t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
     if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
   done

@@ -47,3 +47,35 @@ TEST(BinaryFiles, OpenCreatesGrowthIsZeroShortReadKeepsBuffer) {
   f.close();
   EXPECT_EQ(error_number([&] { BinaryFile().open(dir.file("no/such/file")); }), 76);
 }
+
+// Traces gathered in one image, also out of order and overlapping, give the
+// bytes of the same writes made word by word on an existing file.
+TEST(RecordImages, GatheredTracesGiveTheBytesOfWordByWordWrites) {
+  TempDir dir;
+  std::vector<uint8_t> old(700);
+  for (size_t i = 0; i < old.size(); ++i) old[i] = static_cast<uint8_t>(i * 7 + 1);
+  write_bytes(dir.file("words.su"), old);
+  write_bytes(dir.file("image.su"), old);
+  BinaryFile words, gathered;
+  words.open(dir.file("words.su"));
+  gathered.open(dir.file("image.su"));
+  const float samples[3] = {1.5f, -2.0f, 3.25f};
+  su::RecordImage image;
+  // Trace positions: two adjacent, then one ahead of the first, the last one
+  // running past the end of the file.
+  for (int64_t pos : {300, 552, 100, 650}) {
+    words.write_value<int32_t>(pos + 12, static_cast<int32_t>(pos));
+    words.write_value<int32_t>(pos + 112, 0);
+    words.write_value<int16_t>(pos + 114, 3);  // over the half of the word before
+    words.write_at(pos + 240, samples, sizeof samples);
+    image.move_to(pos);
+    image.put(su::word("tracf"), static_cast<double>(pos));
+    image.put_i32(112, 0);
+    image.put(su::word("ns"), 3);
+    image.put_block(240, samples, 3);
+  }
+  image.flush(gathered);
+  words.close();
+  gathered.close();
+  EXPECT_EQ(read_bytes(dir.file("words.su")), read_bytes(dir.file("image.su")));
+}

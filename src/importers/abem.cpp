@@ -167,7 +167,7 @@ void abem::Convert() {
       int16_t trace = 0;
       step([&] { trace = i16_add(i16_mul(f - 1, state.nb_channels), c - 1); });
       step([&] { state.trace_pos = i32_mul(trace, i32_add(i32_mul(4, ns), su::header_size)); });
-      image.begin(state.trace_pos);
+      image.move_to(state.trace_pos);
       image.put(su::word("tracl"), 0);
       image.put(su::word("tracr"), 0);
       su::put_channel_words(image, f, c);
@@ -180,8 +180,9 @@ void abem::Convert() {
       image.zero_words(180, 256, 4);
       for (int16_t k = 1; k <= samples; ++k) state.r4_trace[static_cast<size_t>(k)] = state.i2_trace[static_cast<size_t>(k)];
       image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
-      step([&] { image.flush(files[2]); });
     }
+    // The channels of a record go to the file in one write.
+    step([&] { image.flush(files[2]); });
     step([&] { files.close(1); });
   }
   step([&] { files.close(2); });

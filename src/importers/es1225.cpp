@@ -144,7 +144,7 @@ void es1225::Convert() {
       int16_t t = 0;
       step([&] { t = i16_add(i16_mul(i - 1, state.nb_channels), j - 1); });
       step([&] { state.trace_pos = i32_mul(t, su::record_size(ns)); });
-      image.begin(state.trace_pos);
+      image.move_to(state.trace_pos);
       su::put_channel_words(image, 0, j);  // the record number is not stored
       image.put_i32(su::word("tstat").offset, 0);  // 4 bytes: tstat and laga
       image.put_i32(su::word("muts").offset, 0);   // 4 bytes: muts and mute
@@ -153,8 +153,9 @@ void es1225::Convert() {
       image.put(su::word("dt"), state.dt);
       // ns + 1 floats: the last lands on the next record's first word.
       image.put_block(su::header_size, state.r4_trace.data(), state.r4_trace.size());
-      step([&] { image.flush(files[2]); });
     }
+    // The channels of a record go to the file in one write.
+    step([&] { image.flush(files[2]); });
     step([&] { files.close(1); });
   }
   step([&] { files.close_all(); });

@@ -37,22 +37,35 @@ void write_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w, int32_
 
 void RecordImage::begin(int64_t trace_pos) {
   base_ = trace_pos;
+  current_ = 0;
   bytes_.clear();
   written_.clear();
 }
 
+void RecordImage::move_to(int64_t trace_pos) {
+  if (bytes_.empty()) return begin(trace_pos);
+  if (trace_pos < base_) {  // a trace ahead of the image: it grows at its front
+    const auto ahead = static_cast<size_t>(base_ - trace_pos);
+    bytes_.insert(bytes_.begin(), ahead, 0);
+    written_.insert(written_.begin(), ahead, 0);
+    base_ = trace_pos;
+  }
+  current_ = trace_pos - base_;
+}
+
 void RecordImage::touch(int offset, size_t size) {
-  size_t end = static_cast<size_t>(offset) + size;
+  size_t end = static_cast<size_t>(current_ + offset) + size;
   if (end > bytes_.size()) {
     bytes_.resize(end, 0);
     written_.resize(end, 0);
   }
-  std::fill(written_.begin() + offset, written_.begin() + static_cast<std::ptrdiff_t>(end), 1);
+  std::fill(written_.begin() + static_cast<std::ptrdiff_t>(current_ + offset),
+            written_.begin() + static_cast<std::ptrdiff_t>(end), 1);
 }
 
 void RecordImage::put_bytes(int offset, const void* data, size_t size) {
   touch(offset, size);
-  std::memcpy(bytes_.data() + offset, data, size);
+  std::memcpy(bytes_.data() + current_ + offset, data, size);
 }
 
 void RecordImage::put_i16(int offset, int16_t value) { put_bytes(offset, &value, sizeof value); }
@@ -92,6 +105,7 @@ void RecordImage::flush(BinaryFile& file) {
   // Leading bytes that no write touched are left out of the write.
   size_t first = static_cast<size_t>(std::find(written_.begin(), written_.end(), 1) - written_.begin());
   file.write_at(base_ + static_cast<int64_t>(first), bytes_.data() + first, bytes_.size() - first);
+  begin(base_ + static_cast<int64_t>(bytes_.size()));
 }
 
 void put_channel_words(RecordImage& image, int32_t fldr, int32_t tracf) {

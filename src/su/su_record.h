@@ -96,7 +96,7 @@ inline constexpr int segy_dt_offset = segy_file_header + 116;
 int32_t read_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w);
 void write_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w, int32_t value);
 
-// One trace record gathered in memory before it goes to the file in one
+// Trace records gathered in memory before they go to the file in one
 // write. Word writes land in the image in the order they are made, exactly as
 // they would on the file; bytes that no write touched keep what the file
 // holds there (or zero where the file grows), so the result is the same
@@ -104,7 +104,10 @@ void write_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w, int32_
 class RecordImage {
  public:
   void begin(int64_t trace_pos);
-  int64_t trace_pos() const { return base_; }
+  // The next trace of the same image, at or after the first: a field
+  // record's channels gathered and written together.
+  void move_to(int64_t trace_pos);
+  int64_t trace_pos() const { return base_ + current_; }
 
   void put_i16(int offset, int16_t value);
   void put_i32(int offset, int32_t value);
@@ -123,6 +126,7 @@ class RecordImage {
  private:
   void touch(int offset, size_t size);
   int64_t base_ = 0;
+  int64_t current_ = 0;  // the trace being written, from base_
   std::vector<uint8_t> bytes_;
   std::vector<uint8_t> written_;
   std::vector<uint8_t> under_;
