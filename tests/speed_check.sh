@@ -1,6 +1,6 @@
 #!/bin/bash
 # Converting 99 ES-1225 records of 48 channels x 4000 samples takes at most
-# 3 times what cp takes for as many bytes (best of three runs each).
+# 3 times what cp takes for as many bytes (best of five runs each).
 # usage: speed_check.sh TRACEFOLD_RUN MAKE_RECORDS
 set -eu
 run=$1 make=$2
