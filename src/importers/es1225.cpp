@@ -54,13 +54,8 @@ void es1225::form_load() {
 }
 
 void es1225::Select_i() {
-  FileDialogRequest dialog;
-  dialog.flags = 512;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "ES1225 file selection";
-  dialog.filter = "Record |*.dat|All files|*.*|";
-  dialog.file_name = "*.dat";
-  state.file_in = platform.file_dialog(dialog);
+  state.file_in = records_dialog(platform, "ES1225 file selection", "Record |*.dat|All files|*.*|", "*.dat",
+                                 state.data_folder);
   auto selection = cut_at_blanks(state.file_in + " ");
   // Names past the hundredth piece are lost; the count still has them.
   for (int i = 1; i < selection.count && i < selection_capacity; ++i) add_item("List1", selection.items[0] + selection.items[i]);
@@ -113,9 +108,7 @@ void es1225::Convert() {
     set_progress("ProgressBar1", i);
     std::string record;
     step([&] {
-      // A list entry past the end reads as an empty name.
-      auto& items = (*this)["List1"].items;
-      record = i - 1 < static_cast<int>(items.size()) ? single_separators(items[static_cast<size_t>(i - 1)]) : "";
+      record = single_separators(list_entry((*this)["List1"], i - 1));  // past the end: an empty name
     });
     step([&] { files.open(1, record); });
     for (int16_t j = 1; j <= state.nb_channels; ++j) {
