@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "frame/platform.h"
+
 namespace tf {
 
 class App;
@@ -18,6 +20,7 @@ struct ProgramStart {
   const char* arguments;
   bool test_first;            // File_Exists before the start
   const char* missing_text;   // message when the test fails ("" + path for the path itself)
+  Icon missing_icon;
   FailureRule rule;
   const char* failure_text;   // "" gives "Unable to shell application:" + path
 };
