@@ -172,7 +172,7 @@ TEST(Abem, MissingRecordRetriesTheErrorBox) {
   EXPECT_EQ(r.exit_code, exit_run_aborted);
   // The dialog was the first of the six boxes.
   EXPECT_EQ(r.with({"\"event\":\"msgbox\""}),
-            Texts(5, box_line("File conversion error N°  53 Check if all files are in the folder !")));
+            Texts(5, box_line("File conversion error N°  53")));
 }
 
 // The progress bar runs from 1 to channels x files and shows F x C, the

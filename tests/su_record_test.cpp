@@ -56,11 +56,12 @@ TEST(RecordImages, GatheredTracesGiveTheBytesOfWordByWordWrites) {
   for (size_t i = 0; i < old.size(); ++i) old[i] = static_cast<uint8_t>(i * 7 + 1);
   write_bytes(dir.file("words.su"), old);
   write_bytes(dir.file("image.su"), old);
-  BinaryFile words, gathered;
+  BinaryFile words;
   words.open(dir.file("words.su"));
-  gathered.open(dir.file("image.su"));
+  FileTable files;
+  BinaryFile& gathered = files.open(2, dir.file("image.su"));
   const float samples[3] = {1.5f, -2.0f, 3.25f};
-  su::RecordImage image;
+  su::RecordImage image(files, 2);
   // Trace positions: two adjacent, then one ahead of the first, the last one
   // running past the end of the file.
   for (int64_t pos : {300, 552, 100, 650}) {
@@ -74,7 +75,7 @@ TEST(RecordImages, GatheredTracesGiveTheBytesOfWordByWordWrites) {
     image.put(su::word("ns"), 3);
     image.put_block(240, samples, 3);
   }
-  image.flush(gathered);
+  image.flush();
   words.close();
   gathered.close();
   EXPECT_EQ(read_bytes(dir.file("words.su")), read_bytes(dir.file("image.su")));

@@ -133,13 +133,13 @@ Answer message(Platform& platform, const std::string& text, Icon icon, Buttons b
   return platform.message_box(r);
 }
 
-void retry_statement(Platform& platform, const std::function<void()>& statement) {
+void retry_statement(Platform& platform, const std::function<void()>& statement, const std::string& ending) {
   while (true) {
     try {
       statement();
       return;
     } catch (const RunTimeError& e) {
-      message(platform, "File conversion error N° " + number_text(e.number) + " Check if all files are in the folder !");
+      message(platform, "File conversion error N° " + number_text(e.number) + ending);
     }
   }
 }

@@ -46,8 +46,9 @@ std::string single_separators(std::string path);
 Answer message(Platform& platform, const std::string& text, Icon icon = Icon::none,
                Buttons buttons = Buttons::ok, const std::string& title = default_title);
 
-// A run that retries a failing statement after "File conversion error N° "
-// until it passes; the host cuts a run that would never end.
-void retry_statement(Platform& platform, const std::function<void()>& statement);
+// A run that retries a failing statement after a plain box "File conversion
+// error N° " + the error number + the panel's `ending`, until it passes; the
+// host cuts a run that would never end.
+void retry_statement(Platform& platform, const std::function<void()>& statement, const std::string& ending = "");
 
 }  // namespace tf

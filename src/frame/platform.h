@@ -55,9 +55,11 @@ class Platform {
  public:
   virtual ~Platform() = default;
 
-  virtual Answer message_box(const MessageBoxRequest& request) = 0;
-  virtual std::string input_box(const InputBoxRequest& request) = 0;  // "" on cancel
-  virtual std::string file_dialog(const FileDialogRequest& request) = 0;
+  // Boxes and dialogs. What a job has gathered for its files is written
+  // out first: the user sees the files as the word-by-word writes left them.
+  Answer message_box(const MessageBoxRequest& request);
+  std::string input_box(const InputBoxRequest& request);  // "" on cancel
+  std::string file_dialog(const FileDialogRequest& request);
   virtual void beep() = 0;
   virtual void set_pointer(const std::string& panel, Pointer pointer) = 0;
   virtual void process_events() = 0;
@@ -97,6 +99,9 @@ class Platform {
   virtual std::string temp_file_name(const std::string& folder, const std::string& prefix);
 
  protected:
+  virtual Answer show_message_box(const MessageBoxRequest& request) = 0;
+  virtual std::string show_input_box(const InputBoxRequest& request) = 0;
+  virtual std::string show_file_dialog(const FileDialogRequest& request) = 0;
   std::string profile_path(const std::string& file);
 };
 

@@ -156,7 +156,7 @@ void abem::Convert() {
   }
   step([&] { set_progress_range("ProgressBar1", 1, i16_mul(state.nb_channels, file_count)); });
 
-  su::RecordImage image;
+  su::RecordImage image(files, 2);
   for (int16_t f = 1; f <= file_count; ++f) {
     step([&] { open_record(files, 1, list_entry((*this)["List1"], f - 1)); });
     for (int16_t c = 1; c <= state.nb_channels; ++c) {
@@ -182,7 +182,7 @@ void abem::Convert() {
       image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
     }
     // The channels of a record go to the file in one write.
-    step([&] { image.flush(files[2]); });
+    step([&] { image.flush(); });
     step([&] { files.close(1); });
   }
   step([&] { files.close(2); });

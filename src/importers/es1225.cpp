@@ -23,6 +23,7 @@ const char* const help_lines[] = {
     "The result will be a single file with all the selected data ",
 };
 const char* const record_lengths[] = {"25 ms", "50 ms", "100 ms", "250 ms", "500 ms", "1000 ms", "2000 ms"};
+const char* const retry_ending = " Check if all files are in the folder !";
 // Each channel block: the samples at 2 bytes each, then 48 bytes.
 constexpr int block_tail = 48;
 }  // namespace
@@ -76,7 +77,7 @@ void es1225::info() {
 
 void es1225::Convert() {
   // Every failing statement shows the conversion error box and runs again.
-  auto step = [this](const std::function<void()>& statement) { retry_statement(platform, statement); };
+  auto step = [this](const std::function<void()>& statement) { retry_statement(platform, statement, retry_ending); };
   int16_t file_count = 0;
   step([&] { files.close_all(); });
   set_pointer(Pointer::hourglass);
@@ -103,7 +104,7 @@ void es1225::Convert() {
   set_progress_range("ProgressBar1", 1, file_count);
 
   const int32_t channel_block = i32_add(i32_mul(2, ns), block_tail);  // B
-  su::RecordImage image;
+  su::RecordImage image(files, 2);
   for (int16_t i = 1; i <= file_count; ++i) {
     set_progress("ProgressBar1", i);
     std::string record;
@@ -148,7 +149,7 @@ void es1225::Convert() {
       image.put_block(su::header_size, state.r4_trace.data(), state.r4_trace.size());
     }
     // The channels of a record go to the file in one write.
-    step([&] { image.flush(files[2]); });
+    step([&] { image.flush(); });
     step([&] { files.close(1); });
   }
   step([&] { files.close_all(); });

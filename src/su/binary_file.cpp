@@ -25,6 +25,7 @@
 #endif
 
 #include "frame/conventions.h"
+#include "frame/pending_writes.h"
 
 namespace tf {
 
@@ -109,8 +110,15 @@ BinaryFile& FileTable::operator[](int number) {
   return *it->second;
 }
 
-void FileTable::close(int number) { files_.erase(number); }
-void FileTable::close_all() { files_.clear(); }
+// What is gathered for a file goes out before the file closes.
+void FileTable::close(int number) {
+  write_pending();
+  files_.erase(number);
+}
+void FileTable::close_all() {
+  write_pending();
+  files_.clear();
+}
 
 int FileTable::free_number() const {
   int n = 1;

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "frame/conventions.h"
+#include "frame/pending_writes.h"
 
 namespace tf::su {
 
@@ -35,6 +36,15 @@ void write_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w, int32_
     file.write_value(trace_pos + w.offset, value);
 }
 
+RecordImage::RecordImage(FileTable& files, int number) : files_(files), number_(number) {
+  add_pending_writes(this, [this] { flush(); });
+}
+
+RecordImage::~RecordImage() {
+  remove_pending_writes(this);
+  resume_next([this] { flush(); });
+}
+
 void RecordImage::begin(int64_t trace_pos) {
   base_ = trace_pos;
   current_ = 0;
@@ -43,6 +53,7 @@ void RecordImage::begin(int64_t trace_pos) {
 }
 
 void RecordImage::move_to(int64_t trace_pos) {
+  if (bytes_.size() > write_out_size) resume_next([this] { flush(); });
   if (bytes_.empty()) return begin(trace_pos);
   if (trace_pos < base_) {  // a trace ahead of the image: it grows at its front
     const auto ahead = static_cast<size_t>(base_ - trace_pos);
@@ -87,8 +98,9 @@ void RecordImage::zero_words(int first, int end, int width) {
   }
 }
 
-void RecordImage::flush(BinaryFile& file) {
+void RecordImage::flush() {
   if (bytes_.empty()) return;
+  BinaryFile& file = files_[number_];
   // Fill the gaps between the written words with the file's own bytes; past
   // the end of the file they stay zero, as the file grows with zeros.
   if (base_ < file.length()) {

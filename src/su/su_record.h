@@ -100,9 +100,16 @@ void write_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w, int32_
 // write. Word writes land in the image in the order they are made, exactly as
 // they would on the file; bytes that no write touched keep what the file
 // holds there (or zero where the file grows), so the result is the same
-// byte for byte as writing word by word.
+// byte for byte as writing word by word. The image belongs to file `number`
+// of the table: it goes out at flush(), whenever it passes 64 MB, before any
+// box or dialog is shown and before that file is closed.
 class RecordImage {
  public:
+  RecordImage(FileTable& files, int number);
+  ~RecordImage();
+  RecordImage(const RecordImage&) = delete;
+  RecordImage& operator=(const RecordImage&) = delete;
+
   void begin(int64_t trace_pos);
   // The next trace of the same image, at or after the first: a field
   // record's channels gathered and written together.
@@ -120,11 +127,16 @@ class RecordImage {
   template <typename T>
   void put_block(int offset, const T* values, size_t count) { put_bytes(offset, values, count * sizeof(T)); }
 
-  // Writes the image: one read of what lies under it, one write.
-  void flush(BinaryFile& file);
+  // Writes the image: one read of what lies under it, one write. Error 52
+  // when its file is not open.
+  void flush();
+
+  static constexpr size_t write_out_size = 64u << 20;
 
  private:
   void touch(int offset, size_t size);
+  FileTable& files_;
+  int number_;
   int64_t base_ = 0;
   int64_t current_ = 0;  // the trace being written, from base_
   std::vector<uint8_t> bytes_;

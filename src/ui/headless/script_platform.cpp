@@ -69,7 +69,7 @@ void ScriptPlatform::check_limits() {
   if (++boxes_ > options_.max_boxes) throw RunAborted("the run showed more boxes than its limit");
 }
 
-Answer ScriptPlatform::message_box(const MessageBoxRequest& r) {
+Answer ScriptPlatform::show_message_box(const MessageBoxRequest& r) {
   check_limits();
   Answer answer = first_button(r.buttons);
   if (!replies.empty()) {
@@ -84,7 +84,7 @@ Answer ScriptPlatform::message_box(const MessageBoxRequest& r) {
   return answer;
 }
 
-std::string ScriptPlatform::input_box(const InputBoxRequest& r) {
+std::string ScriptPlatform::show_input_box(const InputBoxRequest& r) {
   check_limits();
   std::string answer = r.default_text;
   bool cancelled = false;
@@ -101,7 +101,7 @@ std::string ScriptPlatform::input_box(const InputBoxRequest& r) {
   return answer;
 }
 
-std::string ScriptPlatform::file_dialog(const FileDialogRequest& r) {
+std::string ScriptPlatform::show_file_dialog(const FileDialogRequest& r) {
   check_limits();
   std::string answer = r.file_name;  // a cancel gives back the start name
   bool cancelled = true;

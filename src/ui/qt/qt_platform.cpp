@@ -138,7 +138,7 @@ std::vector<PanelWindow*> QtPlatform::windows() const {
   return open;
 }
 
-Answer QtPlatform::message_box(const MessageBoxRequest& request) {
+Answer QtPlatform::show_message_box(const MessageBoxRequest& request) {
   const ButtonSet* set = &button_sets[0];
   for (const auto& s : button_sets)
     if (s.buttons == request.buttons) set = &s;
@@ -158,7 +158,7 @@ Answer QtPlatform::message_box(const MessageBoxRequest& request) {
   return set->keys.front().second;
 }
 
-std::string QtPlatform::input_box(const InputBoxRequest& request) {
+std::string QtPlatform::show_input_box(const InputBoxRequest& request) {
   QInputDialog dialog(box_parent());
   dialog.setWindowTitle(q(request.title));
   dialog.setLabelText(q(request.prompt));
@@ -167,7 +167,7 @@ std::string QtPlatform::input_box(const InputBoxRequest& request) {
   return dialog.textValue().toStdString();
 }
 
-std::string QtPlatform::file_dialog(const FileDialogRequest& request) {
+std::string QtPlatform::show_file_dialog(const FileDialogRequest& request) {
   constexpr int overwrite_prompt = 2;
   constexpr int multiple_selection = 512;
   constexpr int file_must_exist = 4096;

@@ -56,9 +56,9 @@ class QtPlatform : public Platform {
   std::optional<std::string> application_folder_override;
   int beeps = 0;
 
-  Answer message_box(const MessageBoxRequest& request) override;
-  std::string input_box(const InputBoxRequest& request) override;
-  std::string file_dialog(const FileDialogRequest& request) override;
+  Answer show_message_box(const MessageBoxRequest& request) override;
+  std::string show_input_box(const InputBoxRequest& request) override;
+  std::string show_file_dialog(const FileDialogRequest& request) override;
   void beep() override;
   void set_pointer(const std::string& panel, Pointer pointer) override;
   void process_events() override;
