@@ -32,6 +32,11 @@ build/tracefold-run "$demo/abem.tfs" >"$demo/abem.jsonl"
 echo "ABEM Mark 3, 2 records: $demo/abem.su"
 build/su-info "$demo/abem.su"
 
+# Each subsystem's own demonstration.
+for part in scripts/demo_*.sh; do
+  [ -e "$part" ] && source "$part"
+done
+
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x build/tracefold ]; then
   echo "Starting the desktop program"
   exec build/tracefold
