@@ -154,13 +154,16 @@ std::string full_name(const std::string& name, const BatchSession& s) {
   return in_folder(resolve_path(name, s.working_dir), s.working_dir);
 }
 
-bool append_file(int out, const std::string& source) {
+// Appends the first `length` bytes of `source`: what it held when the line
+// started, even when it is the file being written.
+bool append_file(int out, const std::string& source, uintmax_t length) {
   int in = open(source.c_str(), O_RDONLY | O_CLOEXEC);
   if (in < 0) return false;
   char buffer[65536];
-  ssize_t n;
+  ssize_t n = 0;
   bool ok = true;
-  while ((n = read(in, buffer, sizeof buffer)) > 0) {
+  while (length > 0 && (n = read(in, buffer, static_cast<size_t>(std::min<uintmax_t>(sizeof buffer, length)))) > 0) {
+    length -= static_cast<uintmax_t>(n);
     for (ssize_t done = 0; done < n;) {
       ssize_t w = write(out, buffer + done, static_cast<size_t>(n - done));
       if (w <= 0) {
@@ -172,7 +175,7 @@ bool append_file(int out, const std::string& source) {
     if (!ok) break;
   }
   close(in);
-  return ok && n == 0;
+  return ok && length == 0;
 }
 
 // copy [/b] a[+b...] [destination]: the sources one after the other into
@@ -200,23 +203,30 @@ int copy_command(const std::vector<std::string>& words, BatchSession& s) {
   std::string destination = full_name(operands.size() > 1 ? operands[1] : sources[0], s);
   std::error_code ec;
   std::vector<std::string> present;
+  std::vector<uintmax_t> lengths;  // as the line found them
   for (const auto& source : sources) {
     std::string name = full_name(source, s);
-    if (fs::is_regular_file(name, ec)) present.push_back(name);
+    if (fs::is_regular_file(name, ec)) present.push_back(name), lengths.push_back(fs::file_size(name, ec));
     else say(s.err_fd, file_missing + source + "\n");
   }
   if (present.empty()) return 1;
   if (fs::is_directory(destination, ec)) destination = join_path(destination, fs::path(present[0]).filename().string());
   bool onto_first = fs::equivalent(present[0], destination, ec);
-  int out = open(destination.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (onto_first ? O_APPEND : O_TRUNC), 0666);
+  // A later source that is the destination itself is read from a copy
+  // written beside it, which then takes the destination's place.
+  bool read_back = false;
+  for (size_t i = 1; i < present.size() && !onto_first; ++i) read_back = read_back || fs::equivalent(present[i], destination, ec);
+  const std::string written = read_back ? destination + ".copy~" : destination;
+  int out = open(written.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (onto_first ? O_APPEND : O_TRUNC), 0666);
   if (out < 0) {
     say(s.err_fd, cannot_write + destination + "\n");
     return 1;
   }
   bool ok = present.size() == sources.size();
-  for (size_t i = onto_first ? 1 : 0; i < present.size(); ++i) ok = append_file(out, present[i]) && ok;
+  for (size_t i = onto_first ? 1 : 0; i < present.size(); ++i) ok = append_file(out, present[i], lengths[i]) && ok;
   close(out);
-  return ok ? 0 : 1;
+  if (read_back) fs::rename(written, destination, ec);
+  return ok && !ec ? 0 : 1;
 }
 
 // del name...: wildcards in the last part of a name are allowed.

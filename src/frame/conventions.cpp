@@ -64,6 +64,9 @@ namespace {
 // exponent as the platform prints them, leading "0." shortened to ".".
 std::string unsigned_text(double value, int significant, int fixed_limit) {
   if (value == 0) return "0";
+  // What the platform prints for values that are no numbers.
+  if (std::isinf(value)) return "1.#INF";
+  if (std::isnan(value)) return "1.#QNAN";
   char buf[64];
   std::snprintf(buf, sizeof buf, "%.*e", significant - 1, value);
   std::string s(buf);
@@ -95,7 +98,7 @@ std::string unsigned_text(double value, int significant, int fixed_limit) {
 }
 std::string signed_text(double value, int significant, int fixed_limit, bool sign_blank) {
   std::string digits = unsigned_text(std::fabs(value), significant, fixed_limit);
-  if (value < 0) return "-" + digits;
+  if (std::signbit(value) && value != 0) return "-" + digits;
   return sign_blank ? " " + digits : digits;
 }
 }  // namespace

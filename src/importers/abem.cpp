@@ -1,6 +1,7 @@
 #include "importers/abem.h"
 
 #include <filesystem>
+#include <optional>
 
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
@@ -92,13 +93,15 @@ void abem::Select_i() {
 
 // Header lines 11 and 113, the dt of the code, and ns from the length.
 void abem::read_record_header(const std::string& name) {
-  std::string text;
-  resume_next([&] { text = read_whole_file(file_system_name(name)); });
-  TokenReader lines(text);
+  std::optional<TextLines> lines;
+  resume_next([&] { lines.emplace(file_system_name(name)); });
   std::string line;
   int16_t code = 0;  // an unread code counts as 0
   for (int i = 1; i <= channels_line; ++i) {
-    resume_next([&] { line = lines.next_line(); });
+    resume_next([&] {
+      if (!lines) throw RunTimeError(err::bad_file_number);
+      line = lines->next_line();
+    });
     if (i == code_line) resume_next([&] { code = to_i16(leading_number(line)); });
     if (i == channels_line) resume_next([&] { state.nb_channels = to_i16(leading_number(line)); });
   }
@@ -142,8 +145,8 @@ void abem::Convert() {
   const int32_t ns = state.ns;
   step([&] {
     if (ns < 1) throw RunTimeError(err::subscript);  // indices 1 to ns
-    state.i2_trace.assign(static_cast<size_t>(ns) + 1, 0);
-    state.r4_trace.assign(static_cast<size_t>(ns) + 1, 0.0f);
+    dim_array(state.i2_trace, ns);
+    dim_array(state.r4_trace, ns);
   });
 
   step([&] { state.file_out = text("Text2"); });
@@ -159,7 +162,7 @@ void abem::Convert() {
   su::RecordImage image(files, 2);
   for (int16_t f = 1; f <= file_count; ++f) {
     step([&] { open_record(files, 1, list_entry((*this)["List1"], f - 1)); });
-    for (int16_t c = 1; c <= state.nb_channels; ++c) {
+    for (int16_t c = 1; c <= state.nb_channels; step([&] { c = i16_next(c); })) {
       // The product, not a running count.
       step([&] { set_progress("ProgressBar1", i16_mul(f, c)); });
       step([&] { state.trace_pos = i32_add(i32_mul(i32_mul(c - 1, ns), 2), header_bytes); });
@@ -178,7 +181,8 @@ void abem::Convert() {
       image.zero_words(118, 180, 2);
       // The zeroing runs 16 bytes past the header; the samples cover them.
       image.zero_words(180, 256, 4);
-      for (int16_t k = 1; k <= samples; ++k) state.r4_trace[static_cast<size_t>(k)] = state.i2_trace[static_cast<size_t>(k)];
+      for (int16_t k = 1; k <= samples; step([&] { k = i16_next(k); }))
+        state.r4_trace[static_cast<size_t>(k)] = state.i2_trace[static_cast<size_t>(k)];
       image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
     }
     // The channels of a record go to the file in one write.

@@ -88,10 +88,9 @@ void es1225::Convert() {
   step([&] { (void)leading_number(text("Combo1")); });  // the record length has no effect
   const int32_t ns = state.ns;
   step([&] {
-    if (ns < 0) throw RunTimeError(err::subscript);
-    state.i2_trace.assign(static_cast<size_t>(ns) + 1, 0);
-    state.r4_trace.assign(static_cast<size_t>(ns) + 1, 0.0f);
-    state.i4_trace.assign(static_cast<size_t>(ns) + 1, 0);
+    dim_array(state.i2_trace, ns);
+    dim_array(state.r4_trace, ns);
+    dim_array(state.i4_trace, ns);
   });
   if (state.file_in == ".DAT") return;
   step([&] { state.file_out = single_separators(text("Text2")); });
@@ -112,7 +111,7 @@ void es1225::Convert() {
       record = single_separators(list_entry((*this)["List1"], i - 1));  // past the end: an empty name
     });
     step([&] { files.open(1, record); });
-    for (int16_t j = 1; j <= state.nb_channels; ++j) {
+    for (int16_t j = 1; j <= state.nb_channels; step([&] { j = i16_next(j); })) {
       int32_t p = 0;
       step([&] { p = to_i32(static_cast<double>(files[1].length()) - static_cast<double>(channel_block) * state.nb_channels - 1); });
       if (p < 48) {

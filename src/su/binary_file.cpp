@@ -126,6 +126,36 @@ int FileTable::free_number() const {
   return n;
 }
 
+TextLines::TextLines(const std::string& path) : file_(nullptr, &std::fclose) {
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
+  file_.reset(std::fopen(path.c_str(), "rb"));
+  if (!file_) throw RunTimeError(err::file_not_found);
+}
+
+bool TextLines::fill() {
+  if (pos_ < end_) return true;
+  pos_ = 0;
+  end_ = std::fread(buffer_.data(), 1, buffer_.size(), file_.get());
+  return end_ > 0;
+}
+
+std::string TextLines::next_line() {
+  if (!fill()) throw RunTimeError(err::input_past_end);
+  std::string line;
+  while (fill()) {
+    const char* start = buffer_.data() + pos_;
+    const char* stop = start;
+    while (stop < buffer_.data() + end_ && *stop != '\r' && *stop != '\n') ++stop;
+    line.append(start, std::min<size_t>(static_cast<size_t>(stop - start), kept - std::min(kept, line.size())));
+    pos_ = static_cast<size_t>(stop - buffer_.data());
+    if (pos_ == end_) continue;
+    if (buffer_[pos_++] == '\r' && fill() && buffer_[pos_] == '\n') ++pos_;
+    break;
+  }
+  return line;
+}
+
 int64_t file_length(const std::string& path) {
   std::error_code ec;
   auto size = std::filesystem::file_size(path, ec);

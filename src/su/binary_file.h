@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <map>
 #include <memory>
 #include <string>
@@ -59,6 +60,22 @@ class FileTable {
 
  private:
   std::map<int, std::unique_ptr<BinaryFile>> files_;
+};
+
+// A text file read a line at a time, as "Line Input #" does (a line ends at
+// CR, LF or CR LF; past the end is error 62), without holding more of the
+// file than the line: of a longer line the first 64 KiB are kept.
+class TextLines {
+ public:
+  explicit TextLines(const std::string& path);  // error 53 when missing
+  std::string next_line();
+  static constexpr size_t kept = 64 * 1024;
+
+ private:
+  bool fill();  // false at the end of the file
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
+  std::vector<char> buffer_ = std::vector<char>(1 << 20);
+  size_t pos_ = 0, end_ = 0;
 };
 
 // Length of a file by name; error 53 when it is missing.

@@ -1,5 +1,6 @@
 #include "ui/headless/script_platform.h"
 
+#include <mutex>
 #include <thread>
 
 #include "frame/conventions.h"
@@ -61,11 +62,23 @@ Answer first_button(Buttons buttons) {
 ScriptPlatform::ScriptPlatform(RunnerOptions options, std::ostream& out)
     : options_(std::move(options)), out_(out), start_(std::chrono::steady_clock::now()) {}
 
-void ScriptPlatform::emit(const std::string& json_line) { out_ << json_line << "\n"; }
+std::mutex& transcript_mutex() {
+  static std::mutex m;
+  return m;
+}
+
+void ScriptPlatform::emit(const std::string& json_line) {
+  std::lock_guard lock(transcript_mutex());
+  out_ << json_line << "\n";
+}
+
+void ScriptPlatform::check_time() {
+  double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+  if (elapsed > options_.max_seconds) throw RunAborted(time_limit_message);
+}
 
 void ScriptPlatform::check_limits() {
-  double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
-  if (elapsed > options_.max_seconds) throw RunAborted("the run went past its time limit");
+  check_time();
   if (++boxes_ > options_.max_boxes) throw RunAborted("the run showed more boxes than its limit");
 }
 
@@ -125,9 +138,10 @@ void ScriptPlatform::set_pointer(const std::string& panel, Pointer pointer) {
   emit(JsonLine().add("event", "pointer").add("panel", panel).add("pointer", name).str());
 }
 
-void ScriptPlatform::process_events() {}
+void ScriptPlatform::process_events() { check_time(); }
 
 void ScriptPlatform::wait_ms(int ms) {
+  check_time();
   if (options_.virtual_clock) {
     virtual_seconds_ += ms / 1000.0;
     return;

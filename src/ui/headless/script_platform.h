@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <deque>
+#include <mutex>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -19,7 +20,15 @@ struct RunnerOptions {
   bool virtual_clock = true;  // waits return at once
   double max_seconds = 60;    // a run past this ends with exit code 3
   long max_boxes = 1000;      // so does a run that shows more boxes than this
+  // The time limit ends the process itself, whatever the panel is doing;
+  // without it only boxes, waits and event passes look at the clock.
+  bool hard_time_limit = false;
 };
+
+inline constexpr const char* time_limit_message = "the run went past its time limit";
+// Transcript lines are written under this lock: the time limit may end the
+// run from another thread.
+std::mutex& transcript_mutex();
 
 class ScriptPlatform : public Platform {
  public:
@@ -53,6 +62,7 @@ class ScriptPlatform : public Platform {
   std::string system_folder() override { return options_.system_dir; }
 
  private:
+  void check_time();
   void check_limits();
   RunnerOptions options_;
   std::ostream& out_;

@@ -1,6 +1,10 @@
 #include "ui/headless/script_runner.h"
 
+#include <atomic>
+#include <condition_variable>
 #include <cstdlib>
+#include <mutex>
+#include <thread>
 #include <sstream>
 #include <vector>
 
@@ -55,10 +59,10 @@ std::vector<std::string> tokens(const std::string& line) {
         }
         if (c == '\\' && i < line.size()) {
           char n = line[i];
-          const std::string escapes = "\"\\nrt";
+          const std::string escapes = "\"\\nrtb";
           if (escapes.find(n) != std::string::npos) {
             ++i;
-            c = n == 'n' ? '\n' : n == 'r' ? '\r' : n == 't' ? '\t' : n;
+            c = n == 'n' ? '\n' : n == 'r' ? '\r' : n == 't' ? '\t' : n == 'b' ? '\b' : n;
           }
         }
         word += c;
@@ -247,13 +251,47 @@ class Runner {
   App app_;
 };
 
+// The time limit as a thread of its own: past it, the transcript gets its
+// `aborted` line and the process ends, in a loop without boxes as in a
+// slow read.
+class Watchdog {
+ public:
+  Watchdog(const RunnerOptions& options, std::ostream& out, const std::atomic<int>& line) {
+    if (!options.hard_time_limit) return;
+    thread_ = std::thread([this, seconds = options.max_seconds, &out, &line] {
+      std::unique_lock lock(mutex_);
+      if (cv_.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return done_; })) return;
+      std::lock_guard transcript(transcript_mutex());
+      out << JsonLine().add("event", "aborted").add("message", time_limit_message).add("line", line.load()).str() << "\n";
+      out.flush();
+      std::_Exit(exit_run_aborted);
+    });
+  }
+  ~Watchdog() {
+    if (!thread_.joinable()) return;
+    {
+      std::lock_guard lock(mutex_);
+      done_ = true;
+    }
+    cv_.notify_all();
+    thread_.join();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable cv_;
+  bool done_ = false;
+  std::thread thread_;
+};
+
 }  // namespace
 
 int run_script(const std::string& script, const RunnerOptions& options, std::ostream& out) {
+  std::atomic<int> number = 0;
+  Watchdog watchdog(options, out, number);
   Runner runner(options, out);
   std::istringstream lines(script);
   std::string line;
-  int number = 0;
   try {
     runner.start();
     while (std::getline(lines, line)) {
@@ -265,18 +303,18 @@ int run_script(const std::string& script, const RunnerOptions& options, std::ost
         runner.execute(words);
       } catch (const RunTimeError& e) {
         // An error no handler took: the platform would stop with this number.
-        runner.platform().emit(JsonLine().add("event", "runtime-error").add("number", e.number).add("line", number).str());
+        runner.platform().emit(JsonLine().add("event", "runtime-error").add("number", e.number).add("line", number.load()).str());
       }
       if (runner.platform().quit_requested()) break;
     }
   } catch (const ScriptError& e) {
-    runner.platform().emit(JsonLine().add("event", "error").add("message", e.what()).add("line", number).str());
+    runner.platform().emit(JsonLine().add("event", "error").add("message", e.what()).add("line", number.load()).str());
     return exit_script_error;
   } catch (const RunAborted& e) {
-    runner.platform().emit(JsonLine().add("event", "aborted").add("message", e.what()).add("line", number).str());
+    runner.platform().emit(JsonLine().add("event", "aborted").add("message", e.what()).add("line", number.load()).str());
     return exit_run_aborted;
   } catch (const std::exception& e) {
-    runner.platform().emit(JsonLine().add("event", "error").add("message", e.what()).add("line", number).str());
+    runner.platform().emit(JsonLine().add("event", "error").add("message", e.what()).add("line", number.load()).str());
     return exit_script_error;
   }
   return exit_ok;
