@@ -29,6 +29,7 @@ struct Control {
   bool locked = false;
   bool bold = false;
   bool multiline = false;
+  bool tiny = false;    // drawn at a fraction of the usual size
   int value = 0;        // check and option state, progress value, current tab
   int min = 0;
   int max = 100;

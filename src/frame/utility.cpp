@@ -230,8 +230,8 @@ Utility::Utility(App& owner) : Panel(owner, "Utility", "Tracefold 1.2") {
       start_program(app, n);
     };
   // Two tiny options that carry their own names and do nothing.
-  option("Option21", "Frame1", "Option21", none);
-  option("Option22", "Frame2", "Option22", none);
+  option("Option21", "Frame1", "Option21", none).tiny = true;
+  option("Option22", "Frame2", "Option22", none).tiny = true;
 
   auto& quit_button = add(Kind::button, "Command2", "Quit");
   quit_button.tooltip = "Click here when conversion is done";

@@ -4,6 +4,7 @@
 // dialogs as the panels ask for them, and the ES-1225 conversion run by
 // clicks giving the very bytes of the headless runner.
 #include "gui_support.h"
+#include "frame/helpers.h"
 
 namespace {
 
@@ -244,6 +245,60 @@ TEST_F(Desktop, Es1225ConversionThroughTheWidgetsGivesTheBytesOfTheHeadlessRunne
   ASSERT_TRUE(headless.has({"\"event\":\"msgbox\"", "Conversion done"}));
   EXPECT_EQ(tf::test::read_bytes(gui_out).size(), 24u * (240 + 4000) + 4);
   EXPECT_TRUE(tf::test::read_bytes(gui_out) == tf::test::read_bytes(headless_out));
+}
+
+// What a newcomer meets first: boxes that show their whole title, panels
+// beside the main panel, and the two idle options drawn small.
+TEST_F(Desktop, BoxesShowTheirTitlePanelsOpenBesideTheMainPanel) {
+  int box_width = 0, title_width = 0;
+  answerer.while_box_is_up = [&] {
+    QWidget* box = QApplication::activeModalWidget();
+    box_width = box->width();
+    title_width = QFontMetrics(QApplication::font("QMdiSubWindowTitleBar")).horizontalAdvance(box->windowTitle());
+  };
+  platform->run([&] { tf::message(*platform, "OK"); });
+  EXPECT_GE(box_width, title_width + 100);
+
+  click(widget<QRadioButton>("Utility", "Option5"));
+  const QRect main = window("Utility").frameGeometry(), panel = window("abem").frameGeometry();
+  const QRect room = window("Utility").screen()->availableGeometry();
+  if (room.width() >= main.width() + panel.width() + 12) EXPECT_FALSE(main.intersects(panel));
+  EXPECT_GT(panel.left(), main.left());
+
+  open_tab("Utility", "SSTab1", 1);
+  for (const char* idle : {"Option21", "Option22"}) {
+    auto* tiny = widget<QRadioButton>("Utility", idle);
+    EXPECT_TRUE(tiny->isVisible());
+    EXPECT_LT(tiny->font().pointSizeF(), widget<QRadioButton>("Utility", "Option4")->font().pointSizeF() * 0.7);
+  }
+}
+
+// A cancelled selection and Convert bring the retry box back after every OK.
+// The box blocks its own panel only: the main panel's Quit ends the program
+// from under the loop at once.
+TEST_F(Desktop, QuitEndsARepeatingBoxLoop) {
+  click(widget<QRadioButton>("Utility", "Option5"));
+  click(widget<QPushButton>("abem", "Command4"));  // the dialog is cancelled
+  QPushButton* quit = widget<QPushButton>("Utility", "Command2");
+  std::chrono::steady_clock::time_point quit_at;
+  answerer.while_box_is_up = [&] {
+    QWidget* box = QApplication::activeModalWidget();
+    if (answerer.boxes.size() != 3 || !box) return;
+    EXPECT_EQ(box->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(box->parentWidget(), &window("abem"));
+    EXPECT_TRUE(quit->isEnabled());
+    quit_at = std::chrono::steady_clock::now();
+    click(quit);
+  };
+  QTimer::singleShot(0, [&] { click(widget<QPushButton>("abem", "Command1")); });
+  QTimer::singleShot(20000, [] { QCoreApplication::exit(1); });  // a loop that Quit did not end
+  EXPECT_EQ(QApplication::exec(), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - quit_at, std::chrono::seconds(1));
+  ASSERT_GE(answerer.boxes.size(), 3u);
+  EXPECT_TRUE(answerer.boxes[0].text.startsWith(QString::fromUtf8("File conversion error N\u00b0 ")));
+  EXPECT_EQ(answerer.boxes[0].text, answerer.boxes[2].text);
+  EXPECT_TRUE(platform->quit_requested());
+  EXPECT_EQ(app->panels.loaded("Utility"), nullptr);
 }
 
 // Last: the end of the program.

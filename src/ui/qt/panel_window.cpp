@@ -237,6 +237,11 @@ QWidget* PanelWindow::make(Control& c) {
     }
   }
   w->setObjectName(q(c.name));
+  if (c.tiny) {
+    QFont font = w->font();
+    font.setPointSizeF(font.pointSizeF() * 0.55);
+    w->setFont(font);
+  }
   if (!c.caption.empty() && (is_field(c) || c.kind == Kind::list || c.kind == Kind::text)) {
     auto* l = new QLabel(this);
     l->setBuddy(w);

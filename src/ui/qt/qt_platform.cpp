@@ -3,8 +3,12 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFileDialog>
+#include <QGridLayout>
+#include <QScreen>
+#include <QSpacerItem>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -64,9 +68,28 @@ Qt::CursorShape cursor_shape(Pointer pointer) {
   }
 }
 
-QWidget* box_parent() { return QApplication::activeWindow(); }
-
 }  // namespace
+
+// After Quit, whatever a panel's handler still asks of the desktop ends the
+// handler: a retry loop, an input loop or a polling wait goes no further.
+void QtPlatform::end_if_quitting() const {
+  if (quit_requested_) throw RunAborted("the program has ended");
+}
+
+// A box belongs to the panel whose handler shows it and blocks that panel
+// only: the main panel's Quit stays at hand.
+QWidget* QtPlatform::box_parent() const {
+  if (app_ && app_->panels.active)
+    if (PanelWindow* w = window(app_->panels.active->name())) return w;
+  return QApplication::activeWindow();
+}
+
+void QtPlatform::run_modal(QDialog& dialog) {
+  end_if_quitting();
+  if (dialog.parentWidget()) dialog.setWindowModality(Qt::WindowModal);
+  dialog.exec();
+  end_if_quitting();
+}
 
 QStringList dialog_filters(const std::string& filter) {
   QStringList parts = q(filter).split('|');
@@ -115,6 +138,8 @@ void QtPlatform::run(const std::function<void()>& handler) {
   } catch (const RunTimeError& e) {
     // An error that no handler of the panel took.
     QMessageBox::critical(box_parent(), default_title, QString("Run-time error '%1'").arg(e.number));
+  } catch (const RunAborted&) {
+    // The program ended under the handler.
   } catch (const std::exception& e) {
     qWarning() << "tracefold:" << e.what();
   }
@@ -145,11 +170,17 @@ Answer QtPlatform::show_message_box(const MessageBoxRequest& request) {
   QMessageBox box(box_icon(request.icon), q(request.title), q(request.text).replace("\r\n", "\n"),
                   QMessageBox::NoButton, box_parent());
   box.setTextFormat(Qt::PlainText);
+  // Wide enough for its title, which the window frame would cut otherwise.
+  if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+    const int title_width = QFontMetrics(QApplication::font("QMdiSubWindowTitleBar")).horizontalAdvance(box.windowTitle());
+    grid->addItem(new QSpacerItem(title_width + 120, 0, QSizePolicy::Minimum, QSizePolicy::Fixed), grid->rowCount(), 0, 1,
+                  grid->columnCount());
+  }
   for (const auto& [key, answer] : set->keys) box.addButton(key);
   box.setDefaultButton(set->keys.front().first);
   // The success box that a timer closes, as a user's click would.
   if (request.autoclose_ms > 0) QTimer::singleShot(request.autoclose_ms, Qt::PreciseTimer, &box, [&box] { box.close(); });
-  box.exec();
+  run_modal(box);
   if (QAbstractButton* clicked = box.clickedButton()) {
     const auto key = box.standardButton(clicked);
     for (const auto& [k, answer] : set->keys)
@@ -163,7 +194,8 @@ std::string QtPlatform::show_input_box(const InputBoxRequest& request) {
   dialog.setWindowTitle(q(request.title));
   dialog.setLabelText(q(request.prompt));
   dialog.setTextValue(q(request.default_text));
-  if (dialog.exec() != QDialog::Accepted) return "";
+  run_modal(dialog);
+  if (dialog.result() != QDialog::Accepted) return "";
   return dialog.textValue().toStdString();
 }
 
@@ -173,6 +205,7 @@ std::string QtPlatform::show_file_dialog(const FileDialogRequest& request) {
   constexpr int file_must_exist = 4096;
   std::optional<QStringList> chosen;
   if (file_chooser) {
+    end_if_quitting();
     chosen = file_chooser(request);
   } else {
     QString folder = request.initial_dir.empty() ? QDir::currentPath() : q(request.initial_dir);
@@ -194,7 +227,8 @@ std::string QtPlatform::show_file_dialog(const FileDialogRequest& request) {
     // A start name of wildcards is the filter already, not a name to pick.
     if (!request.file_name.empty() && request.file_name.find_first_of("*?") == std::string::npos)
       dialog.selectFile(q(request.file_name));
-    if (dialog.exec() == QDialog::Accepted) chosen = dialog.selectedFiles();
+    run_modal(dialog);
+    if (dialog.result() == QDialog::Accepted) chosen = dialog.selectedFiles();
   }
   if (!chosen || chosen->isEmpty()) return request.file_name;  // a cancel gives back the start name
   return selection_text(*chosen);
@@ -209,9 +243,14 @@ void QtPlatform::set_pointer(const std::string& panel, Pointer pointer) {
   if (PanelWindow* w = window(panel)) w->setCursor(cursor_shape(pointer));
 }
 
-void QtPlatform::process_events() { QCoreApplication::processEvents(); }
+void QtPlatform::process_events() {
+  end_if_quitting();
+  QCoreApplication::processEvents();
+  end_if_quitting();
+}
 
 void QtPlatform::wait_ms(int ms) {
+  end_if_quitting();
   if (ms > 0) QThread::msleep(static_cast<unsigned long>(ms));
 }
 
@@ -255,9 +294,26 @@ void QtPlatform::panel_shown(const std::string& panel) {
     w = new PanelWindow(*this, *model);
     windows_[panel] = w;
   }
+  if (!w->isVisible()) place_beside_main(*w);
   w->show();
   w->raise();
   w->activateWindow();
+}
+
+// A panel opens to the right of the main panel, each further one a step
+// lower, so that the main panel stays in sight.
+void QtPlatform::place_beside_main(PanelWindow& w) {
+  PanelWindow* main = window(main_panel_);
+  if (!main || main == &w) return;
+  const int others = static_cast<int>(windows().size()) - 2;
+  QPoint at = main->frameGeometry().topRight() + QPoint(12, 0) + QPoint(0, 32) * std::max(others, 0);
+  if (QScreen* screen = main->screen()) {
+    const QRect room = screen->availableGeometry();
+    w.adjustSize();
+    if (at.x() + w.width() > room.right()) at.setX(std::max(room.right() - w.width(), room.left()));
+    if (at.y() + w.height() > room.bottom()) at.setY(std::max(room.bottom() - w.height(), room.top()));
+  }
+  w.move(at);
 }
 
 void QtPlatform::panel_unloaded(const std::string& panel) {

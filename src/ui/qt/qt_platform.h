@@ -2,6 +2,7 @@
 // open panel, drawn from the panel's model.
 #pragma once
 
+#include <QDialog>
 #include <QPointer>
 #include <QStringList>
 #include <chrono>
@@ -80,6 +81,10 @@ class QtPlatform : public Platform {
   std::string main_panel_;
   std::map<std::string, QPointer<PanelWindow>> windows_;
   std::vector<QPointer<PanelWindow>> retired_;
+  void end_if_quitting() const;
+  void place_beside_main(PanelWindow& w);
+  QWidget* box_parent() const;
+  void run_modal(QDialog& dialog);
   int depth_ = 0;
   bool quit_requested_ = false;
   std::chrono::steady_clock::time_point start_;
