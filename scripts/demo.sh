@@ -39,7 +39,7 @@ done
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ -x build/tracefold ]; then
   echo "Starting the desktop program"
-  exec env QT_QPA_PLATFORM= build/tracefold
+  exec build/tracefold
 fi
 echo "No display here: on a desktop, start the program with build/tracefold;"
 echo "on a machine without one, under a virtual display: xvfb-run build/tracefold"

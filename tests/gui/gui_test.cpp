@@ -247,6 +247,19 @@ TEST_F(Desktop, Es1225ConversionThroughTheWidgetsGivesTheBytesOfTheHeadlessRunne
   EXPECT_TRUE(tf::test::read_bytes(gui_out) == tf::test::read_bytes(headless_out));
 }
 
+// The Info tab shows the program's own manual.
+TEST_F(Desktop, InfoTabShowsTheManual) {
+  std::filesystem::create_directories(app_dir.file("manual"));
+  std::filesystem::copy_file(std::string(TRACEFOLD_MANUALS) + "/utility.rtf", app_dir.file("manual/utility.rtf"));
+  open_tab("Utility", "SSTab1", 2);
+  const QString text = widget<QTextEdit>("Utility", "RichTextBox1")->toPlainText();
+  EXPECT_TRUE(text.startsWith("Tracefold - the field record utility\n")) << text.left(80).toStdString();
+  for (const char* part : {"1. The main panel", "4. The batch road and the Seismic Unix tools", "6. Working without a screen",
+                           "Larvex32.INI", "File conversion error N\u00b0"})
+    EXPECT_TRUE(text.contains(QString::fromUtf8(part))) << part;
+  screenshot(&window("Utility"), "Utility_tab2_info_manual");
+}
+
 // What a newcomer meets first: boxes that show their whole title, panels
 // beside the main panel, and the two idle options drawn small.
 TEST_F(Desktop, BoxesShowTheirTitlePanelsOpenBesideTheMainPanel) {
