@@ -80,3 +80,29 @@ TEST(RecordImages, GatheredTracesGiveTheBytesOfWordByWordWrites) {
   gathered.close();
   EXPECT_EQ(read_bytes(dir.file("words.su")), read_bytes(dir.file("image.su")));
 }
+
+// A long run of traces goes out in pieces of about 64 MB, not all at the
+// end; a box or the closing of the file puts out the rest.
+TEST(RecordImages, GoOutPastSixtyFourMegabytesAndBeforeABoxOrAClose) {
+  TempDir dir;
+  FileTable files;
+  files.open(2, dir.file("out.su"));
+  su::RecordImage image(files, 2);
+  const std::vector<float> samples(262084, 1.0f);  // a trace of 1 MiB with its header
+  const int64_t trace = 240 + 4 * static_cast<int64_t>(samples.size());
+  for (int64_t k = 0; k < 70; ++k) {
+    image.move_to(k * trace);
+    image.put(su::word("tracl"), static_cast<double>(k + 1));
+    image.put_block(240, samples.data(), samples.size());
+  }
+  EXPECT_GE(files[2].length(), 64 << 20);
+  EXPECT_LT(files[2].length(), 70 * trace);
+  std::ostringstream transcript;
+  ScriptPlatform quiet({}, transcript);
+  quiet.message_box({});
+  EXPECT_EQ(files[2].length(), 70 * trace);
+  image.move_to(70 * trace);
+  image.put(su::word("tracl"), 71);
+  files.close(2);
+  EXPECT_EQ(std::filesystem::file_size(dir.file("out.su")), static_cast<uintmax_t>(70 * trace + 4));
+}
