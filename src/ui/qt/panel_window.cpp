@@ -506,7 +506,7 @@ void PanelWindow::update(Control& c) {
       bar->setValue(std::clamp(c.value, bar->minimum(), bar->maximum()));
       break;
     }
-    case Kind::rich_text: static_cast<QTextEdit*>(w)->setPlainText(rtf_plain_text(c.text)); break;
+    case Kind::rich_text: rtf_to_document(c.text, *static_cast<QTextEdit*>(w)->document()); break;
     case Kind::grid: {
       auto* grid = static_cast<QTableWidget*>(w);
       size_t columns = 0;

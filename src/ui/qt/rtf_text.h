@@ -4,10 +4,15 @@
 #pragma once
 
 #include <QString>
+#include <QTextDocument>
 #include <string>
 
 namespace tf {
 
 QString rtf_plain_text(const std::string& text);
+
+// The same text with its bold, italic, size and fixed-pitch runs, as the
+// rich text box shows it.
+void rtf_to_document(const std::string& text, QTextDocument& document);
 
 }  // namespace tf
