@@ -36,4 +36,7 @@ std::vector<uint8_t> abem_record(int record, const AbemLayout& layout);
 // Writes record `record` as FOLDER/recNNN.abm and gives its path.
 std::string write_abem(const std::string& folder, int record, const AbemLayout& layout);
 
+// Writes FOLDER/recNNN.EXT with `bytes` and gives its path.
+std::string write_record(const std::string& folder, int record, const char* extension, const std::vector<uint8_t>& bytes);
+
 }  // namespace tf::gen

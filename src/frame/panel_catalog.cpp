@@ -4,6 +4,7 @@
 #include "frame/panel.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
+#include "importers/bison.h"
 #include "importers/es1225.h"
 
 namespace tf {
@@ -20,6 +21,7 @@ void register_all_panels(App& app) {
   app.routines["Zip_Files"] = Zip_Files;
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
+  app.panels.add("Bison", make<Bison>());
 }
 
 }  // namespace tf

@@ -5,6 +5,7 @@
 
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
+#include "frame/record_selection.h"
 #include "su/su_record.h"
 
 namespace tf {
@@ -36,14 +37,6 @@ constexpr int channels_line = 113;
 // date YYMMDD, time HH MM) come from its first 601 bytes.
 constexpr int text_fields_bytes = 601;
 
-// Records are opened for reading: a missing one is error 53, not a new
-// empty file.
-void open_record(FileTable& files, int number, const std::string& name) {
-  const std::string path = file_system_name(name);
-  std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
-  files.open(number, path);
-}
 }  // namespace
 
 abem::abem(App& owner) : Panel(owner, "abem", "ABEM mark 3 to SU ") {
@@ -63,16 +56,11 @@ abem::abem(App& owner) : Panel(owner, "abem", "ABEM mark 3 to SU ") {
 // Every statement runs with failures skipped: a failing step leaves things
 // as they were.
 void abem::Select_i() {
-  resume_next([&] {
-    state.file_in = records_dialog(platform, "ABEM file selection", "Record |*.abm|All files|*.*|", "*.abm", state.data_folder);
-  });
-  const RecordChoice choice = read_record_choice(state.file_in);
-  for (const auto& entry : choice.entries) add_item("List1", entry);
-  set_text("Text6", field_text(choice.count));
+  const RecordChoice choice =
+      Select_records(app, *this, {"ABEM file selection", "Record |*.abm|All files|*.*|", "*.abm"});
   // With several files the header is read from the second entry of the list
   // (older entries included), on purpose.
   const std::string name = choice.multiple ? list_entry((*this)["List1"], 1) : choice.name;
-  resume_next([&] { set_text("Text2", su_name(choice.name)); });
   read_record_header(name);
   resume_next([&] { set_text("Text3", field_text(state.nb_channels)); });
   resume_next([&] { set_text("Text4", field_text(state.ns)); });
@@ -171,16 +159,7 @@ void abem::Convert() {
       step([&] { trace = i16_add(i16_mul(f - 1, state.nb_channels), c - 1); });
       step([&] { state.trace_pos = i32_mul(trace, i32_add(i32_mul(4, ns), su::header_size)); });
       image.move_to(state.trace_pos);
-      image.put(su::word("tracl"), 0);
-      image.put(su::word("tracr"), 0);
-      su::put_channel_words(image, f, c);
-      image.zero_words(36, 88, 4);
-      image.zero_words(88, 114, 2);
-      image.put_i32(su::word("ns").offset, ns);  // 4 bytes: its upper half falls on dt
-      image.put(su::word("dt"), state.dt);
-      image.zero_words(118, 180, 2);
-      // The zeroing runs 16 bytes past the header; the samples cover them.
-      image.zero_words(180, 256, 4);
+      su::put_record_header(image, f, c, ns, state.dt, false);
       for (int16_t k = 1; k <= samples; step([&] { k = i16_next(k); }))
         state.r4_trace[static_cast<size_t>(k)] = state.i2_trace[static_cast<size_t>(k)];
       image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
