@@ -5,6 +5,9 @@
 #include "frame/utility.h"
 #include "importers/abem.h"
 #include "importers/es1225.h"
+#include "viewers/digit.h"
+#include "viewers/editor.h"
+#include "viewers/pick.h"
 
 namespace tf {
 
@@ -20,6 +23,9 @@ void register_all_panels(App& app) {
   app.routines["Zip_Files"] = Zip_Files;
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
+  app.panels.add("pick", make<pick>());
+  app.panels.add("editor", make<editor>());
+  app.panels.add("digit", make<digit>());
 }
 
 }  // namespace tf

@@ -44,6 +44,17 @@ JsonLine& JsonLine::add(const std::string& k, int64_t value) {
   return *this;
 }
 
+JsonLine& JsonLine::add(const std::string& k, double value) {
+  key(k);
+  char text[32];
+  for (int digits = 1; digits <= 17; ++digits) {
+    std::snprintf(text, sizeof text, "%.*g", digits, value);
+    if (std::strtod(text, nullptr) == value) break;
+  }
+  body_ += text;
+  return *this;
+}
+
 JsonLine& JsonLine::add(const std::string& k, bool value) {
   key(k);
   body_ += value ? "true" : "false";
