@@ -73,14 +73,14 @@ digit::digit(App& owner) : Panel(owner, "digit", "Brenholt Digitizing tool ") {
   scale_field("TextX5", "Y max =", "100", true);
   add(Kind::check, "CheckX1", "Ask for Z");
   add(Kind::text, "TextX7", "Datum", "0").tooltip = "Z value will be substracted from the datum value";
-  add(Kind::text, "TextX6", "").locked = true;
-  add(Kind::button, "CommandX2", "Info").on_click = [this] { xinfo(); };
   // The viewport with its scroll bars and the picture inside it are one
   // scrolled picture on the desktop.
   auto& picture = add(Kind::picture, "Image2");
   picture.on_click = [this] { Image2_Click(); };
   picture.on_mouse_down = [this](MouseButton b, double x, double y) { Image2_MouseDown(b, x, y); };
   picture.on_mouse_move = [this](double x, double y) { Image2_MouseMove(x, y); };
+  add(Kind::text, "TextX6", "").locked = true;
+  add(Kind::button, "CommandX2", "Info").on_click = [this] { xinfo(); };
 }
 
 void digit::form_load() { read_settings(); }

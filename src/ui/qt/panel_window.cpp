@@ -470,6 +470,7 @@ QLayout* PanelWindow::lay_out(const std::vector<Control*>& children) {
             form->addRow(label(c->name), w);
           } else if (i + 1 < run.controls.size() && run.controls[i + 1]->kind == Kind::button) {
             auto* row = new QHBoxLayout;
+            w->setMinimumWidth(std::max(w->minimumWidth(), 140));  // a name to read, beside its button
             row->addWidget(w, 1);
             row->addWidget(widget(run.controls[++i]->name));
             form->addRow(row);
