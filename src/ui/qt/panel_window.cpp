@@ -397,20 +397,25 @@ void PanelWindow::wire(Control& c, QWidget* w) {
       break;
     }
     case Kind::rich_text: {
+      // A user's edit: the widget's text and cursor are the model's now.
       auto* t = static_cast<QTextEdit*>(w);
-      connect(t, &QTextEdit::textChanged, this, [this, name, t] {
-        act([&](Panel& p) { p.set_text(name, model_text(t->toPlainText())); });
-      });
-      auto selection = [this, name, t] {
-        if (!panel_) return;
-        const std::string& text = (*panel_)[name].text;
+      auto edited = [this, name, t] {
+        if (!panel_ || (*panel_)[name].text.rfind("{\\rtf", 0) == 0) return;
+        const std::string typed = model_text(t->toPlainText());
         const QTextCursor cursor = t->textCursor();
-        const int start = model_place(text, cursor.selectionStart());
-        const int length = model_place(text, cursor.selectionEnd()) - start;
-        act([&](Panel& p) { p.set_selection(name, start, length); });
+        const int start = model_place(typed, cursor.selectionStart());
+        const int length = model_place(typed, cursor.selectionEnd()) - start;
+        Control& c = (*panel_)[name];
+        if (c.text == typed && c.sel_start == start && c.sel_length == length) return;
+        c.sel_start = start, c.sel_length = length;  // already shown
+        act([&](Panel& p) {
+          p.set_text(name, typed);
+          p.set_selection(name, start, length);
+        });
       };
-      connect(t, &QTextEdit::selectionChanged, this, selection);
-      connect(t, &QTextEdit::cursorPositionChanged, this, selection);
+      connect(t, &QTextEdit::textChanged, this, edited);
+      connect(t, &QTextEdit::selectionChanged, this, edited);
+      connect(t, &QTextEdit::cursorPositionChanged, this, edited);
       break;
     }
     case Kind::picture: {
@@ -615,12 +620,13 @@ void PanelWindow::update(Control& c) {
     }
     case Kind::rich_text: {
       auto* t = static_cast<QTextEdit*>(w);
-      const QString shown = rtf_plain_text(c.text);
+      const bool plain = c.text.rfind("{\\rtf", 0) != 0;
+      const QString shown = plain ? shown_text(c.text) : rtf_plain_text(c.text);
       if (t->toPlainText() != shown) t->setPlainText(shown);
       t->setReadOnly(c.locked);
       const QFont font = qt_font(c.font, t->font());
       if (t->font() != font) t->setFont(font);
-      if (shown == shown_text(c.text)) {  // plain text: the model's selection
+      if (plain) {  // the model's selection
         QTextCursor cursor = t->textCursor();
         cursor.setPosition(widget_place(c.text, c.sel_start));
         cursor.setPosition(widget_place(c.text, c.sel_start + c.sel_length), QTextCursor::KeepAnchor);
