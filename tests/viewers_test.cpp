@@ -456,3 +456,29 @@ TEST(Digitiser, MenuAndInfoTexts) {
   EXPECT_TRUE(r.has({"\"prompt\":\"Enter the line width (1-10)\"", "\"default\":\"2\""}));
   EXPECT_TRUE(r.has({"\"event\":\"color-dialog\",\"title\":\"Qualtor Dead trace Color selection\""}));
 }
+
+TEST(Digitiser, NoToSaveKeepsTheSessionAndItsFileOpen) {
+  TempDir dir;
+  write_bytes(dir.file("map.bmp"), bmp(20, 10));
+  run("show digit\ndialog \"" + dir.file("map.bmp") +
+          "\"\nclick digit.Commandx1\nclick-picture digit.Image2 5 5\nclick-picture digit.Image2 10 10\n"
+          "reply no\nclick-picture digit.Image2 1 1 right\nclick-picture digit.Image2 20 20\n",
+      in_folder(dir));
+  EXPECT_EQ(text_of(dir.file("100.dat")),
+            points_line({" 10 ", " 10 ", " 100 "}) + points_line({" 20 ", " 20 ", " 100 "}));
+}
+
+TEST(Digitiser, PastAThousandPointsClicksWriteNothingAndStillDraw) {
+  TempDir dir;
+  write_bytes(dir.file("map.bmp"), bmp(20, 10));
+  std::string script = "show digit\ndialog \"" + dir.file("map.bmp") + "\"\nclick digit.Commandx1\nclick-picture digit.Image2 5 5\n";
+  for (int i = 1; i <= 1003; ++i) script += "click-picture digit.Image2 " + std::to_string(1 + i % 50) + " 7\n";
+  script += "dump digit\n";
+  auto r = run(script, in_folder(dir));
+  EXPECT_EQ(split_lines(text_of(dir.file("100.dat"))).size(), 1000u);
+  const std::string dump = r.dump("digit");
+  size_t lines = 0;
+  for (size_t at = dump.find("\"x1\":"); at != std::string::npos; at = dump.find("\"x1\":", at + 1)) ++lines;
+  EXPECT_EQ(lines, 1002u);  // every click after the first drew
+  EXPECT_NE(dump.find("\"x2\":4,\"y2\":7,\"width\":2,\"color\":0}]"), std::string::npos);
+}
