@@ -48,6 +48,8 @@ QString q(const std::string& s) { return QString::fromStdString(s); }
 QString shown_text(const std::string& s) { return q(s).replace("\r\n", "\n"); }
 std::string model_text(QString s) { return s.replace("\n", "\r\n").toStdString(); }
 
+bool is_rich(const std::string& text) { return text.rfind("{\\rtf", 0) == 0; }
+
 // Places in the model's text (CR LF two characters) and in the widget's
 // (one line break).
 int widget_place(const std::string& text, int place) {
@@ -400,7 +402,7 @@ void PanelWindow::wire(Control& c, QWidget* w) {
       // A user's edit: the widget's text and cursor are the model's now.
       auto* t = static_cast<QTextEdit*>(w);
       auto edited = [this, name, t] {
-        if (!panel_ || (*panel_)[name].text.rfind("{\\rtf", 0) == 0) return;
+        if (!panel_ || is_rich((*panel_)[name].text)) return;
         const std::string typed = model_text(t->toPlainText());
         const QTextCursor cursor = t->textCursor();
         const int start = model_place(typed, cursor.selectionStart());
@@ -620,18 +622,19 @@ void PanelWindow::update(Control& c) {
     }
     case Kind::rich_text: {
       auto* t = static_cast<QTextEdit*>(w);
-      const bool plain = c.text.rfind("{\\rtf", 0) != 0;
-      const QString shown = plain ? shown_text(c.text) : rtf_plain_text(c.text);
-      if (t->toPlainText() != shown) t->setPlainText(shown);
-      t->setReadOnly(c.locked);
-      const QFont font = qt_font(c.font, t->font());
-      if (t->font() != font) t->setFont(font);
-      if (plain) {  // the model's selection
-        QTextCursor cursor = t->textCursor();
-        cursor.setPosition(widget_place(c.text, c.sel_start));
-        cursor.setPosition(widget_place(c.text, c.sel_start + c.sel_length), QTextCursor::KeepAnchor);
-        t->setTextCursor(cursor);
+      if (!(c.font == FontChoice{})) t->setFont(qt_font(c.font, t->font()));  // a font the panel chose
+      if (is_rich(c.text)) {  // a manual: shown formatted, read only
+        t->setReadOnly(true);
+        t->setPlainText(rtf_plain_text(c.text));
+        break;
       }
+      // Plain text, editable, with the model's selection.
+      t->setReadOnly(c.locked);
+      if (t->toPlainText() != shown_text(c.text)) t->setPlainText(shown_text(c.text));
+      QTextCursor cursor = t->textCursor();
+      cursor.setPosition(widget_place(c.text, c.sel_start));
+      cursor.setPosition(widget_place(c.text, c.sel_start + c.sel_length), QTextCursor::KeepAnchor);
+      t->setTextCursor(cursor);
       break;
     }
     case Kind::toolbar: {
