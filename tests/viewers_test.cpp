@@ -482,3 +482,39 @@ TEST(Digitiser, PastAThousandPointsClicksWriteNothingAndStillDraw) {
   EXPECT_EQ(lines, 1002u);  // every click after the first drew
   EXPECT_NE(dump.find("\"x2\":4,\"y2\":7,\"width\":2,\"color\":0}]"), std::string::npos);
 }
+
+TEST(Explorer, HelpBoxLines) {
+  auto r = run("show pick\nclick pick.Command3\n");
+  EXPECT_TRUE(r.has({box_line("How to use this module ? \r\nYou can read any value of a SU or SEG-Y seismic file \r\n"
+                              " 1.- Select the word to display \r\n 2.- Select the file type SU or SEG-Y\r\n"
+                              " 3.- click on GO\r\nThe first bit of this word and the value are displayed \r\n",
+                              "information")}));
+}
+
+TEST(Explorer, SwapBytesHasNoEffectInTheOtherMode) {
+  TempDir dir;
+  write_bytes(dir.file("line.su"), su_line());
+  auto r = run(explorer_run(dir.file("line.su"), "check pick.Check1 on\nclick pick.Option3\nset pick.Text2 115\nclick pick.Command2"));
+  EXPECT_EQ(text_after(r, "pick", "Text3"), "10");
+  EXPECT_FALSE(r.has({"Not available"}));
+}
+
+TEST(Editor, TheToolbarAndTheMenuSaveAndPrintAlike) {
+  TempDir dir;
+  write_text(dir.file("h.txt"), "line one\r\nline two\r\n");
+  const std::string start = "session editor_file \"" + dir.file("h.txt") + "\"\nshow editor\n";
+  auto menu = run(start + "dialog \"" + dir.file("a.txt") + "\"\nclick editor.save\nclick editor.Print\n");
+  auto bar = run(start + "dialog \"" + dir.file("b.txt") + "\"\npress editor.Toolbar1 save\npress editor.Toolbar1 print\n");
+  auto events = [](const RunResult& r) {
+    std::vector<std::string> kept;
+    for (const auto& line : r.lines)
+      if (line.find("\"event\":\"dialog\"") != std::string::npos || line.find("print") != std::string::npos)
+        kept.push_back(line.substr(0, line.find("\"answer\"")));
+    return kept;
+  };
+  EXPECT_EQ(events(menu), events(bar));
+  EXPECT_TRUE(bar.has({"{\"event\":\"print-dialog\",\"flags\":264,\"selection\":false}"}));
+  EXPECT_TRUE(bar.has({"{\"event\":\"print\",\"text\":\"line one\\r\\nline two\\r\\n\"}"}));
+  EXPECT_EQ(text_of(dir.file("a.txt")), "line one\r\nline two\r\n");
+  EXPECT_EQ(text_of(dir.file("b.txt")), "line one\r\nline two\r\n");
+}
