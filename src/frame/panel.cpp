@@ -160,6 +160,35 @@ void Panel::press_key(const std::string& control, char key) {
   set_text(control, t);
 }
 
+void Panel::set_selection(const std::string& control, int start, int length) {
+  Control& c = (*this)[control];
+  const int size = static_cast<int>(c.text.size());
+  c.sel_start = std::clamp(start, 0, size);
+  c.sel_length = std::clamp(length, 0, size - c.sel_start);
+  changed(c);
+}
+
+void Panel::mouse_down(const std::string& control, MouseButton button, double x, double y) {
+  Control& c = (*this)[control];
+  app.panels.active = this;
+  if (c.on_mouse_down) c.on_mouse_down(button, x, y);
+  if (button == MouseButton::left && c.on_click) c.on_click();
+}
+
+void Panel::mouse_move(const std::string& control, double x, double y) {
+  Control& c = (*this)[control];
+  if (c.on_mouse_move) c.on_mouse_move(x, y);
+}
+
+void Panel::press_button(const std::string& control, const std::string& key) {
+  Control& c = (*this)[control];
+  auto it = std::find(c.items.begin(), c.items.end(), key);
+  if (it == c.items.end()) throw std::logic_error("toolbar " + control + " has no button " + key);
+  app.panels.active = this;
+  c.list_index = static_cast<int>(it - c.items.begin());
+  if (c.on_click) c.on_click();
+}
+
 void Panel::set_pointer(Pointer pointer) { platform.set_pointer(name_, pointer); }
 
 void Panel::unload() { app.panels.unload(name_); }

@@ -14,7 +14,21 @@
 
 namespace tf {
 
-enum class Kind { button, text, label, check, option, list, combo, frame, tabs, progress, rich_text, grid, picture };
+enum class Kind {
+  button, text, label, check, option, list, combo, frame, tabs, progress, rich_text, grid, picture,
+  menu,       // a menu of the menu bar; its entries name it as their parent
+  menu_item,  // an entry; caption "-" is a separator
+  toolbar     // buttons by key: items are the keys, cells the [key, tooltip] rows
+};
+
+// A line drawn on a picture, in the picture's user units.
+struct DrawnLine {
+  double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+  int width = 1;
+  int32_t color = 0;  // 0x00BBGGRR
+};
+
+enum class MouseButton { left = 1, right = 2, middle = 4 };
 
 struct Control {
   std::string name;
@@ -37,6 +51,19 @@ struct Control {
   int list_index = -1;
   std::vector<std::vector<std::string>> cells;  // grid rows
   std::string key_filter;              // allowed keys of a number field, backspace added
+  // Rich text: the selection (start from 0) and the font.
+  int sel_start = 0;
+  int sel_length = 0;
+  FontChoice font;
+  // Picture: the picture's size in pixels, its user coordinate system (the
+  // top left corner and the extent; a zero extent means pixels), and the
+  // lines drawn on it.
+  int picture_width = 0;
+  int picture_height = 0;
+  double scale_left = 0, scale_top = 0, scale_width = 0, scale_height = 0;
+  std::vector<DrawnLine> lines;
+  std::function<void(MouseButton, double, double)> on_mouse_down;  // user units
+  std::function<void(double, double)> on_mouse_move;
   std::function<void()> on_click;
   std::function<void()> on_change;
   std::function<void()> on_dblclick;
@@ -57,6 +84,8 @@ class Panel {
 
   const std::string& name() const { return name_; }
   const std::string& caption() const { return caption_; }
+  // The window's caption; the desktop takes it when it draws the panel.
+  void set_panel_caption(const std::string& caption) { caption_ = caption; }
   std::vector<std::unique_ptr<Control>>& controls() { return controls_; }
   Control& operator[](const std::string& control);  // logic error when missing
   Control* find(const std::string& control);
@@ -78,6 +107,15 @@ class Panel {
   void hover(const std::string& control);
   // One key press through the field's key filter: a dropped key beeps.
   void press_key(const std::string& control, char key);
+  // A selection in a rich text, from 0, clamped to the text.
+  void set_selection(const std::string& control, int start, int length);
+  // The pointer on a picture, in its user units: a press fires the mouse
+  // down and, for the left button, the click; a move fires the mouse move.
+  void mouse_down(const std::string& control, MouseButton button, double x, double y);
+  void mouse_move(const std::string& control, double x, double y);
+  // A toolbar button pressed by its key: the index goes to list_index and
+  // the toolbar's click runs.
+  void press_button(const std::string& control, const std::string& key);
 
   std::string text(const std::string& control) { return (*this)[control].text; }
   bool checked(const std::string& control) { return (*this)[control].value != 0; }

@@ -6,6 +6,9 @@
 #include "importers/abem.h"
 #include "importers/bison.h"
 #include "importers/es1225.h"
+#include "viewers/digit.h"
+#include "viewers/editor.h"
+#include "viewers/pick.h"
 
 namespace tf {
 
@@ -22,6 +25,9 @@ void register_all_panels(App& app) {
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
   app.panels.add("Bison", make<Bison>());
+  app.panels.add("pick", make<pick>());
+  app.panels.add("editor", make<editor>());
+  app.panels.add("digit", make<digit>());
 }
 
 }  // namespace tf

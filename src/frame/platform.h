@@ -43,6 +43,24 @@ struct FileDialogRequest {
   int filter_index = 0;
 };
 
+// A font as the font dialog gives it and a text box wears it.
+struct FontChoice {
+  std::string name = "MS Sans Serif";
+  double size = 8.25;
+  bool bold = false;
+  bool italic = false;
+  bool underline = false;
+  bool strikeout = false;
+  bool operator==(const FontChoice&) const = default;
+};
+
+// The print dialog of the common dialog: its flags, and whether the text
+// box has a selection to offer.
+struct PrintDialogRequest {
+  int flags = 0;
+  bool selection = false;
+};
+
 struct ShellRequest {
   std::string verb = "open";
   std::string file;
@@ -67,6 +85,22 @@ class Platform {
   virtual double seconds_now() = 0;
   virtual void play_sound(const std::string& file) = 0;
   virtual void print_text(const std::string& text) = 0;
+  // The print dialog; the printing that follows goes to the printer chosen
+  // there. Returns false on a cancel.
+  virtual bool print_dialog(const PrintDialogRequest& request) { (void)request; return true; }
+  // The font dialog, starting from `font`; the choice is written back, a
+  // cancel leaves it. Returns false on a cancel.
+  virtual bool font_dialog(FontChoice& font) { (void)font; return false; }
+  // The colour dialog with a title, starting from `color` (0x00BBGGRR); a
+  // cancel gives back the start colour.
+  virtual int32_t color_dialog(const std::string& title, int32_t color) { (void)title; return color; }
+  // A picture file loaded into a picture control: its size in pixels, or
+  // false when the platform cannot read it (the former picture stays).
+  virtual bool load_picture(const std::string& panel, const std::string& control, const std::string& file,
+                            int& width, int& height) {
+    (void)panel, (void)control, (void)file, (void)width, (void)height;
+    return false;
+  }
   // Result below 32 is a failure, as the platform reports it.
   virtual int shell_execute(const ShellRequest& request) = 0;
   virtual std::string find_executable(const std::string& document) = 0;

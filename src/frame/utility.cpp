@@ -242,7 +242,10 @@ Utility::Utility(App& owner) : Panel(owner, "Utility", "Tracefold 1.2") {
   auto& explorer = add(Kind::button, "Command4", "Seismic file explorer");
   explorer.tooltip = "\"Use this option to pick a value ine any file\"";
   explorer.on_click = [this] { app.panels.show("pick"); };
-  for (const char* name : {"Command2", "Command3", "Command4"}) {
+  // The digitiser has no control of its own in the option table: this
+  // button is its entry.
+  add(Kind::button, "Command22", "Bitmap digitizing tool").on_click = [this] { app.panels.show("digit"); };
+  for (const char* name : {"Command2", "Command3", "Command4", "Command22"}) {
     auto& b = (*this)[name];
     place(b, "SSTab1", 1);
     b.on_hover = [this, n = std::string(name), c = b.caption] { hover_control(n, c, ""); };

@@ -1,5 +1,6 @@
 #include "ui/headless/json_line.h"
 
+#include <cmath>
 #include <cstdio>
 
 namespace tf {
@@ -87,6 +88,21 @@ JsonLine& JsonLine::add(const std::string& k, const std::string& value) {
 JsonLine& JsonLine::add(const std::string& k, int64_t value) {
   key(k);
   body_ += std::to_string(value);
+  return *this;
+}
+
+JsonLine& JsonLine::add(const std::string& k, double value) {
+  key(k);
+  char text[40];
+  if (value == static_cast<double>(static_cast<int64_t>(value)) && std::fabs(value) < 1e15) {
+    body_ += std::to_string(static_cast<int64_t>(value));
+    return *this;
+  }
+  for (int digits = 1; digits <= 17; ++digits) {
+    std::snprintf(text, sizeof text, "%.*g", digits, value);
+    if (std::strtod(text, nullptr) == value) break;
+  }
+  body_ += text;
   return *this;
 }
 

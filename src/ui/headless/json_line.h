@@ -16,6 +16,7 @@ class JsonLine {
   JsonLine& add(const std::string& key, int64_t value);
   JsonLine& add(const std::string& key, int value) { return add(key, static_cast<int64_t>(value)); }
   JsonLine& add(const std::string& key, bool value);
+  JsonLine& add(const std::string& key, double value);  // shortest form that reads back the same
   JsonLine& add(const std::string& key, const std::vector<std::string>& values);
   JsonLine& add_raw(const std::string& key, const std::string& json);
   std::string str() const { return "{" + body_ + "}"; }

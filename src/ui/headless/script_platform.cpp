@@ -6,6 +6,7 @@
 #include "frame/conventions.h"
 #include "frame/shell_start.h"
 #include "ui/headless/json_line.h"
+#include "viewers/picture_file.h"
 
 namespace tf {
 
@@ -157,6 +158,64 @@ double ScriptPlatform::seconds_now() {
 void ScriptPlatform::play_sound(const std::string& file) { emit(JsonLine().add("event", "sound").add("file", file).str()); }
 
 void ScriptPlatform::print_text(const std::string& text) { emit(JsonLine().add("event", "print").add("text", text).str()); }
+
+bool ScriptPlatform::print_dialog(const PrintDialogRequest& r) {
+  check_limits();
+  JsonLine line;
+  line.add("event", "print-dialog").add("flags", r.flags).add("selection", r.selection);
+  emit(line.str());
+  return true;
+}
+
+namespace {
+void add_font(JsonLine& line, const std::string& prefix, const FontChoice& f) {
+  line.add(prefix + "name", f.name).add(prefix + "size", f.size).add(prefix + "bold", f.bold);
+  line.add(prefix + "italic", f.italic);
+}
+}  // namespace
+
+bool ScriptPlatform::font_dialog(FontChoice& font) {
+  check_limits();
+  std::optional<FontChoice> answer;  // unanswered: cancelled
+  if (!font_answers.empty()) {
+    answer = font_answers.front();
+    font_answers.pop_front();
+  }
+  JsonLine line;
+  line.add("event", "font-dialog");
+  add_font(line, "", font);
+  if (answer) add_font(line, "answer_", *answer);
+  else line.add("cancelled", true);
+  emit(line.str());
+  if (!answer) return false;
+  font = *answer;
+  return true;
+}
+
+int32_t ScriptPlatform::color_dialog(const std::string& title, int32_t color) {
+  check_limits();
+  int32_t answer = color;
+  bool cancelled = true;
+  if (!color_answers.empty()) {
+    if (color_answers.front()) answer = *color_answers.front(), cancelled = false;
+    color_answers.pop_front();
+  }
+  JsonLine line;
+  line.add("event", "color-dialog").add("title", title).add("color", int64_t{color}).add("answer", int64_t{answer});
+  if (cancelled) line.add("cancelled", true);
+  emit(line.str());
+  return answer;
+}
+
+bool ScriptPlatform::load_picture(const std::string& panel, const std::string& control, const std::string& file,
+                                  int& width, int& height) {
+  const bool loaded = picture_size(file, width, height);
+  JsonLine line;
+  line.add("event", "picture").add("panel", panel).add("control", control).add("file", file).add("loaded", loaded);
+  if (loaded) line.add("width", width).add("height", height);
+  emit(line.str());
+  return loaded;
+}
 
 int ScriptPlatform::shell_execute(const ShellRequest& r) {
   int result = 0;

@@ -38,6 +38,8 @@ class ScriptPlatform : public Platform {
   std::deque<std::optional<std::string>> dialog_answers;  // nullopt: cancel
   std::deque<std::optional<std::string>> input_answers;
   std::deque<Answer> replies;
+  std::deque<std::optional<FontChoice>> font_answers;   // nullopt: cancel
+  std::deque<std::optional<int32_t>> color_answers;
 
   void emit(const std::string& json_line);
   bool quit_requested() const { return quit_; }
@@ -52,6 +54,11 @@ class ScriptPlatform : public Platform {
   double seconds_now() override;
   void play_sound(const std::string& file) override;
   void print_text(const std::string& text) override;
+  bool print_dialog(const PrintDialogRequest& request) override;
+  bool font_dialog(FontChoice& font) override;
+  int32_t color_dialog(const std::string& title, int32_t color) override;
+  bool load_picture(const std::string& panel, const std::string& control, const std::string& file, int& width,
+                    int& height) override;
   int shell_execute(const ShellRequest& request) override;
   std::string find_executable(const std::string& document) override;
   void panel_shown(const std::string& panel) override;

@@ -92,6 +92,9 @@ const char* kind_name(Kind k) {
     case Kind::rich_text: return "rich_text";
     case Kind::grid: return "grid";
     case Kind::picture: return "picture";
+    case Kind::menu: return "menu";
+    case Kind::menu_item: return "menu_item";
+    case Kind::toolbar: return "toolbar";
   }
   return "";
 }
@@ -106,6 +109,27 @@ std::string dump_control(const Control& c) {
     j.add("list_index", c.list_index);
   }
   if (c.kind == Kind::progress) j.add("min", c.min).add("max", c.max);
+  if (c.kind == Kind::toolbar) j.add("items", c.items);
+  if (c.kind == Kind::rich_text) {
+    j.add("sel_start", c.sel_start).add("sel_length", c.sel_length);
+    j.add("font_name", c.font.name).add("font_size", c.font.size).add("font_bold", c.font.bold);
+    j.add("font_italic", c.font.italic);
+  }
+  if (c.kind == Kind::picture) {
+    j.add("width", c.picture_width).add("height", c.picture_height);
+    j.add("scale_left", c.scale_left).add("scale_top", c.scale_top);
+    j.add("scale_width", c.scale_width).add("scale_height", c.scale_height);
+    std::vector<std::string> lines;
+    for (const auto& l : c.lines) {
+      JsonLine drawn;
+      drawn.add("x1", l.x1).add("y1", l.y1).add("x2", l.x2).add("y2", l.y2).add("width", l.width);
+      drawn.add("color", int64_t{l.color});
+      lines.push_back(drawn.str());
+    }
+    std::string list = "[";
+    for (size_t i = 0; i < lines.size(); ++i) list += (i ? "," : "") + lines[i];
+    j.add_raw("lines", list + "]");
+  }
   return j.str();
 }
 
@@ -167,6 +191,48 @@ class Runner {
       need(3);
       auto [panel, control] = target(w[1]);
       panel->select_tab(control, std::stoi(w[2]));
+    } else if (cmd == "click-picture" || cmd == "move-picture") {
+      if (w.size() != 4 && !(cmd == "click-picture" && w.size() == 5)) throw ScriptError(cmd + " takes PANEL.CONTROL X Y");
+      auto [panel, control] = target(w[1]);
+      const double x = leading_number(w[2]), y = leading_number(w[3]);
+      if (cmd == "move-picture") {
+        panel->mouse_move(control, x, y);
+      } else {
+        const std::string button = w.size() == 5 ? w[4] : "left";
+        if (button != "left" && button != "right" && button != "middle")
+          throw ScriptError("click-picture takes left, right or middle");
+        panel->mouse_down(control, button == "left" ? MouseButton::left
+                                   : button == "right" ? MouseButton::right
+                                                        : MouseButton::middle, x, y);
+      }
+    } else if (cmd == "press") {
+      need(3);
+      auto [panel, control] = target(w[1]);
+      panel->press_button(control, w[2]);
+    } else if (cmd == "select-text") {
+      need(4);
+      auto [panel, control] = target(w[1]);
+      panel->set_selection(control, std::stoi(w[2]), std::stoi(w[3]));
+    } else if (cmd == "font") {
+      if (w.size() < 3) throw ScriptError("font takes NAME SIZE [bold] [italic]");
+      FontChoice f;
+      f.name = w[1];
+      f.size = leading_number(w[2]);
+      for (size_t i = 3; i < w.size(); ++i) {
+        if (w[i] == "bold") f.bold = true;
+        else if (w[i] == "italic") f.italic = true;
+        else throw ScriptError("font takes bold or italic, got " + w[i]);
+      }
+      platform_.font_answers.push_back(f);
+    } else if (cmd == "font-cancel") {
+      need(1);
+      platform_.font_answers.push_back(std::nullopt);
+    } else if (cmd == "color") {
+      need(2);
+      platform_.color_answers.push_back(to_i32(leading_number(w[1])));
+    } else if (cmd == "color-cancel") {
+      need(1);
+      platform_.color_answers.push_back(std::nullopt);
     } else if (cmd == "session") {
       need(3);
       set_session(w[1], w[2]);

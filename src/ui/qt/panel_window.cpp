@@ -10,6 +10,10 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScrollArea>
+#include <QToolBar>
 #include <QListWidget>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -25,6 +29,7 @@
 #include <algorithm>
 
 #include "frame/helpers.h"
+#include "ui/qt/picture_view.h"
 #include "ui/qt/qt_platform.h"
 #include "ui/qt/rtf_text.h"
 
@@ -43,7 +48,36 @@ QString q(const std::string& s) { return QString::fromStdString(s); }
 QString shown_text(const std::string& s) { return q(s).replace("\r\n", "\n"); }
 std::string model_text(QString s) { return s.replace("\n", "\r\n").toStdString(); }
 
-enum class Block { form, buttons, choices, frames, tabs, side, bottom };
+bool is_rich(const std::string& text) { return text.rfind("{\\rtf", 0) == 0; }
+
+// Places in the model's text (CR LF two characters) and in the widget's
+// (one line break).
+int widget_place(const std::string& text, int place) {
+  int shown = 0;
+  for (int i = 0; i < place && i < static_cast<int>(text.size()); ++i)
+    if (!(text[static_cast<size_t>(i)] == '\r' && i + 1 < static_cast<int>(text.size()) && text[static_cast<size_t>(i) + 1] == '\n'))
+      ++shown;
+  return shown;
+}
+int model_place(const std::string& text, int shown) {
+  int i = 0;
+  for (; i < static_cast<int>(text.size()) && shown > 0; ++i)
+    if (!(text[static_cast<size_t>(i)] == '\r' && i + 1 < static_cast<int>(text.size()) && text[static_cast<size_t>(i) + 1] == '\n'))
+      --shown;
+  return i;
+}
+
+QFont qt_font(const FontChoice& f, QFont font) {
+  font.setFamily(QString::fromStdString(f.name));
+  if (f.size > 0) font.setPointSizeF(f.size);
+  font.setBold(f.bold);
+  font.setItalic(f.italic);
+  font.setUnderline(f.underline);
+  font.setStrikeOut(f.strikeout);
+  return font;
+}
+
+enum class Block { form, buttons, choices, frames, tabs, side, bottom, bars };
 
 Block block_of(const Control& c) {
   switch (c.kind) {
@@ -60,6 +94,9 @@ Block block_of(const Control& c) {
     case Kind::rich_text:
     case Kind::grid:
     case Kind::picture: return Block::side;
+    case Kind::menu:
+    case Kind::menu_item:
+    case Kind::toolbar: return Block::bars;
   }
   return Block::form;
 }
@@ -78,6 +115,7 @@ std::vector<Run> runs_of(const std::vector<Control*>& children) {
   for (size_t i = 0; i < children.size(); ++i) {
     Control* c = children[i];
     Block b = block_of(*c);
+    if (b == Block::bars) continue;  // above the panel, not in its layout
     if (runs.empty() || runs.back().block != b) runs.push_back({b, {}});
     runs.back().controls.push_back(c);
     if (is_field(*c) && c->caption.empty() && i + 1 < children.size() && children[i + 1]->kind == Kind::button)
@@ -126,11 +164,17 @@ PanelWindow::PanelWindow(QtPlatform& platform, Panel& panel)
   setWindowTitle(q(panel.caption()));
   setAttribute(Qt::WA_DeleteOnClose, false);
   for (auto& c : panel.controls()) {
+    if (c->kind == Kind::menu || c->kind == Kind::menu_item) continue;
     QWidget* w = make(*c);
     widgets_[c->name] = w;
     wire(*c, w);
   }
   setLayout(lay_out(children_of("", -1)));
+  // Menus above everything, then the toolbars.
+  if (QMenuBar* bar = make_menu_bar()) layout()->setMenuBar(bar);
+  int toolbars = 0;
+  for (auto& c : panel.controls())
+    if (c->kind == Kind::toolbar) static_cast<QBoxLayout*>(layout())->insertWidget(toolbars++, widget(c->name));
   for (auto& c : panel.controls()) update(*c);
   panel.observer = [this](Control& c) { update(c); };
 }
@@ -148,6 +192,40 @@ void PanelWindow::detach() {
 QWidget* PanelWindow::widget(const std::string& control) const {
   auto it = widgets_.find(control);
   return it == widgets_.end() ? nullptr : it->second;
+}
+
+QAction* PanelWindow::action(const std::string& control) const {
+  auto it = actions_.find(control);
+  return it == actions_.end() ? nullptr : it->second;
+}
+
+PictureView* PanelWindow::picture(const std::string& control) const {
+  auto it = pictures_.find(control);
+  return it == pictures_.end() ? nullptr : it->second;
+}
+
+// A menu with entries drops down; a menu without entries is a command of
+// the bar itself.
+QMenuBar* PanelWindow::make_menu_bar() {
+  QMenuBar* bar = nullptr;
+  for (auto& c : panel_->controls()) {
+    if (c->kind != Kind::menu) continue;
+    if (!bar) bar = new QMenuBar(this);
+    const std::string menu_name = c->name;
+    QMenu* menu = nullptr;
+    for (auto& entry : panel_->controls())
+      if (entry->kind == Kind::menu_item && entry->parent == menu_name) {
+        if (!menu) menu = bar->addMenu(q(c->caption));
+        QAction* a = entry->caption == "-" ? menu->addSeparator() : menu->addAction(q(entry->caption));
+        const std::string name = entry->name;
+        connect(a, &QAction::triggered, this, [this, name] { act([&](Panel& p) { p.click(name); }); });
+        actions_[name] = a;
+      }
+    QAction* a = menu ? menu->menuAction() : bar->addAction(q(c->caption));
+    if (!menu) connect(a, &QAction::triggered, this, [this, menu_name] { act([&](Panel& p) { p.click(menu_name); }); });
+    actions_[menu_name] = a;
+  }
+  return bar;
 }
 
 QLabel* PanelWindow::label(const std::string& control) const {
@@ -217,11 +295,14 @@ QWidget* PanelWindow::make(Control& c) {
     case Kind::progress: w = new QProgressBar(this); break;
     case Kind::rich_text: {
       auto* t = new QTextEdit(this);
-      t->setReadOnly(true);
+      t->setAcceptRichText(false);
       t->setMinimumSize(420, 300);
       w = t;
       break;
     }
+    case Kind::toolbar: w = new QToolBar(this); break;
+    case Kind::menu:
+    case Kind::menu_item: break;  // actions of the menu bar
     case Kind::grid: {
       auto* g = new QTableWidget(this);
       g->setMinimumSize(320, 200);
@@ -229,10 +310,13 @@ QWidget* PanelWindow::make(Control& c) {
       break;
     }
     case Kind::picture: {
-      auto* p = new QLabel(this);
-      p->setFrameShape(QFrame::Box);
-      p->setMinimumSize(320, 240);
-      w = p;
+      // The viewport and its scroll bars, the picture inside.
+      auto* area = new QScrollArea(this);
+      auto* view = new PictureView(area);
+      area->setWidget(view);
+      area->setMinimumSize(420, 320);
+      pictures_[c.name] = view;
+      w = area;
       break;
     }
   }
@@ -319,6 +403,34 @@ void PanelWindow::wire(Control& c, QWidget* w) {
       control_names_[tabs->tabBar()] = name;
       break;
     }
+    case Kind::rich_text: {
+      // A user's edit: the widget's text and cursor are the model's now.
+      auto* t = static_cast<QTextEdit*>(w);
+      auto edited = [this, name, t] {
+        if (!panel_ || is_rich((*panel_)[name].text)) return;
+        const std::string typed = model_text(t->toPlainText());
+        const QTextCursor cursor = t->textCursor();
+        const int start = model_place(typed, cursor.selectionStart());
+        const int length = model_place(typed, cursor.selectionEnd()) - start;
+        Control& c = (*panel_)[name];
+        if (c.text == typed && c.sel_start == start && c.sel_length == length) return;
+        c.sel_start = start, c.sel_length = length;  // already shown
+        act([&](Panel& p) {
+          p.set_text(name, typed);
+          p.set_selection(name, start, length);
+        });
+      };
+      connect(t, &QTextEdit::textChanged, this, edited);
+      connect(t, &QTextEdit::selectionChanged, this, edited);
+      connect(t, &QTextEdit::cursorPositionChanged, this, edited);
+      break;
+    }
+    case Kind::picture: {
+      PictureView* view = pictures_[name];
+      view->on_press = [this, name](MouseButton b, double x, double y) { act([&](Panel& p) { p.mouse_down(name, b, x, y); }); };
+      view->on_move = [this, name](double x, double y) { act([&](Panel& p) { p.mouse_move(name, x, y); }); };
+      break;
+    }
     case Kind::grid: {
       auto* grid = static_cast<QTableWidget*>(w);
       connect(grid, &QTableWidget::cellDoubleClicked, this, [this, name] {
@@ -370,6 +482,7 @@ QLayout* PanelWindow::lay_out(const std::vector<Control*>& children) {
             form->addRow(label(c->name), w);
           } else if (i + 1 < run.controls.size() && run.controls[i + 1]->kind == Kind::button) {
             auto* row = new QHBoxLayout;
+            w->setMinimumWidth(std::max(w->minimumWidth(), 140));  // a name to read, beside its button
             row->addWidget(w, 1);
             row->addWidget(widget(run.controls[++i]->name));
             form->addRow(row);
@@ -440,6 +553,12 @@ QLayout* PanelWindow::lay_out(const std::vector<Control*>& children) {
 }
 
 void PanelWindow::update(Control& c) {
+  if (QAction* a = action(c.name)) {
+    if (c.caption != "-") a->setText(q(c.caption));
+    a->setEnabled(c.enabled);
+    a->setVisible(c.visible);
+    return;
+  }
   QWidget* w = widget(c.name);
   if (!w) return;
   QSignalBlocker block(w);
@@ -506,7 +625,40 @@ void PanelWindow::update(Control& c) {
       bar->setValue(std::clamp(c.value, bar->minimum(), bar->maximum()));
       break;
     }
-    case Kind::rich_text: rtf_to_document(c.text, *static_cast<QTextEdit*>(w)->document()); break;
+    case Kind::rich_text: {
+      auto* t = static_cast<QTextEdit*>(w);
+      if (!(c.font == FontChoice{})) t->setFont(qt_font(c.font, t->font()));  // a font the panel chose
+      if (is_rich(c.text)) {  // a manual: shown formatted, read only
+        t->setReadOnly(true);
+        rtf_to_document(c.text, *t->document());
+        break;
+      }
+      // Plain text, editable, with the model's selection.
+      t->setReadOnly(c.locked);
+      if (t->toPlainText() != shown_text(c.text)) t->setPlainText(shown_text(c.text));
+      QTextCursor cursor = t->textCursor();
+      cursor.setPosition(widget_place(c.text, c.sel_start));
+      cursor.setPosition(widget_place(c.text, c.sel_start + c.sel_length), QTextCursor::KeepAnchor);
+      t->setTextCursor(cursor);
+      break;
+    }
+    case Kind::toolbar: {
+      auto* bar = static_cast<QToolBar*>(w);
+      if (bar->actions().size() == static_cast<qsizetype>(c.items.size())) break;
+      bar->clear();
+      for (size_t i = 0; i < c.items.size(); ++i) {
+        const std::string key = c.items[i];
+        QAction* a = bar->addAction(key.empty() ? " " : q(key));
+        a->setObjectName(q(key));
+        if (i < c.cells.size() && c.cells[i].size() > 1) a->setToolTip(q(c.cells[i][1]));
+        if (key.empty()) a->setEnabled(false);  // the blank button in front
+        const std::string name = c.name;
+        connect(a, &QAction::triggered, this, [this, name, key] { act([&](Panel& p) { p.press_button(name, key); }); });
+      }
+      break;
+    }
+    case Kind::menu:
+    case Kind::menu_item: break;
     case Kind::grid: {
       auto* grid = static_cast<QTableWidget*>(w);
       size_t columns = 0;
@@ -518,13 +670,13 @@ void PanelWindow::update(Control& c) {
           grid->setItem(static_cast<int>(r), static_cast<int>(k), new QTableWidgetItem(q(c.cells[r][k])));
       break;
     }
-    case Kind::picture: break;
+    case Kind::picture: pictures_[c.name]->show_model(c); break;
   }
   if (QLabel* l = label(c.name)) {
     l->setText(caption);
     l->setVisible(c.visible);
   }
-  if (w->font().bold() != c.bold) {
+  if (c.kind != Kind::rich_text && w->font().bold() != c.bold) {
     QFont font = w->font();
     font.setBold(c.bold);
     w->setFont(font);

@@ -23,11 +23,14 @@
 
 #include "frame/panel.h"
 
+class QAction;
 class QLabel;
 class QLayout;
+class QMenuBar;
 
 namespace tf {
 
+class PictureView;
 class QtPlatform;
 
 class PanelWindow : public QWidget {
@@ -41,6 +44,8 @@ class PanelWindow : public QWidget {
   Panel* panel() const { return panel_; }  // nullptr once the panel is unloaded
   QWidget* widget(const std::string& control) const;
   QLabel* label(const std::string& control) const;  // the label beside a field
+  QAction* action(const std::string& control) const;  // a menu or its entry
+  PictureView* picture(const std::string& control) const;
   // The model was unloaded: the window stops listening and goes.
   void detach();
 
@@ -52,6 +57,7 @@ class PanelWindow : public QWidget {
   QWidget* make(Control& c);
   void wire(Control& c, QWidget* w);
   QLayout* lay_out(const std::vector<Control*>& children);
+  QMenuBar* make_menu_bar();
   std::vector<Control*> children_of(const std::string& parent, int tab);
   void update(Control& c);
   // A user action on the model; nothing once the panel is unloaded.
@@ -63,6 +69,8 @@ class PanelWindow : public QWidget {
   std::string name_;
   std::map<std::string, QWidget*> widgets_;
   std::map<std::string, QLabel*> labels_;
+  std::map<std::string, QAction*> actions_;
+  std::map<std::string, PictureView*> pictures_;
   std::map<QObject*, std::string> control_names_;
 };
 

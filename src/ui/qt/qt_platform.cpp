@@ -18,7 +18,12 @@
 #include <QTimer>
 #include <QtDebug>
 
+#include <QColorDialog>
+#include <QFontDialog>
+#include <QImageReader>
+
 #ifdef TRACEFOLD_PRINTING
+#include <QPrintDialog>
 #include <QPrinter>
 #include <QTextDocument>
 #endif
@@ -270,15 +275,69 @@ void QtPlatform::play_sound(const std::string& file) {
 
 void QtPlatform::print_text(const std::string& text) {
 #ifdef TRACEFOLD_PRINTING
-  // Straight to the default printer, as the text box's own print does.
-  QPrinter printer;
+  // To the printer of the last print dialog, or straight to the default
+  // printer, as the text box's own print does.
+  if (!printer_) printer_ = std::make_shared<QPrinter>();
   QTextDocument document;
   document.setPlainText(q(text).replace("\r\n", "\n"));
-  document.print(&printer);
+  document.print(static_cast<QPrinter*>(printer_.get()));
 #else
   (void)text;
   QApplication::beep();
 #endif
+}
+
+bool QtPlatform::print_dialog(const PrintDialogRequest& request) {
+#ifdef TRACEFOLD_PRINTING
+  constexpr int selection_flag = 0x1;
+  if (!printer_) printer_ = std::make_shared<QPrinter>();
+  auto* printer = static_cast<QPrinter*>(printer_.get());
+  QPrintDialog dialog(printer, box_parent());
+  if (request.selection) dialog.setOption(QAbstractPrintDialog::PrintSelection);
+  dialog.setPrintRange(request.flags & selection_flag ? QAbstractPrintDialog::Selection : QAbstractPrintDialog::AllPages);
+  return dialog.exec() == QDialog::Accepted;
+#else
+  (void)request;
+  return false;
+#endif
+}
+
+bool QtPlatform::font_dialog(FontChoice& font) {
+  QFont start(q(font.name));
+  if (font.size > 0) start.setPointSizeF(font.size);
+  start.setBold(font.bold);
+  start.setItalic(font.italic);
+  start.setUnderline(font.underline);
+  start.setStrikeOut(font.strikeout);
+  bool chosen = false;
+  const QFont f = QFontDialog::getFont(&chosen, start, box_parent(), "Font");
+  if (!chosen) return false;
+  font.name = f.family().toStdString();
+  font.size = f.pointSizeF();
+  font.bold = f.bold();
+  font.italic = f.italic();
+  font.underline = f.underline();
+  font.strikeout = f.strikeOut();
+  return true;
+}
+
+int32_t QtPlatform::color_dialog(const std::string& title, int32_t color) {
+  const QColor start(color & 0xFF, (color >> 8) & 0xFF, (color >> 16) & 0xFF);
+  const QColor chosen = QColorDialog::getColor(start, box_parent(), q(title));
+  if (!chosen.isValid()) return color;  // a cancel keeps the start colour
+  return chosen.red() | (chosen.green() << 8) | (chosen.blue() << 16);
+}
+
+// BMP and JPG through Qt's image readers. Qt reads no Windows metafile: a
+// WMF is refused like a garbled file, and the former picture stays.
+bool QtPlatform::load_picture(const std::string&, const std::string&, const std::string& file, int& width,
+                              int& height) {
+  QImageReader reader(q(file));
+  const QImage image = reader.read();
+  if (image.isNull()) return false;
+  width = image.width();
+  height = image.height();
+  return true;
 }
 
 int QtPlatform::shell_execute(const ShellRequest& request) { return shell_start(request); }

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -67,6 +68,11 @@ class QtPlatform : public Platform {
   double seconds_now() override;
   void play_sound(const std::string& file) override;
   void print_text(const std::string& text) override;
+  bool print_dialog(const PrintDialogRequest& request) override;
+  bool font_dialog(FontChoice& font) override;
+  int32_t color_dialog(const std::string& title, int32_t color) override;
+  bool load_picture(const std::string& panel, const std::string& control, const std::string& file, int& width,
+                    int& height) override;
   int shell_execute(const ShellRequest& request) override;
   std::string find_executable(const std::string& document) override;
   void panel_shown(const std::string& panel) override;
@@ -88,6 +94,8 @@ class QtPlatform : public Platform {
   int depth_ = 0;
   bool quit_requested_ = false;
   std::chrono::steady_clock::time_point start_;
+  // The printer that the last print dialog chose; the default one before.
+  std::shared_ptr<void> printer_;
 };
 
 }  // namespace tf
