@@ -4,7 +4,10 @@
 #include "frame/panel.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
+#include "importers/ascii2su.h"
 #include "importers/es1225.h"
+#include "importers/oyo.h"
+#include "importers/xascii2su.h"
 
 namespace tf {
 
@@ -20,6 +23,9 @@ void register_all_panels(App& app) {
   app.routines["Zip_Files"] = Zip_Files;
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
+  app.panels.add("oyo", make<oyo>());
+  app.panels.add("ASCII2SU", make<ASCII2SU>());
+  app.panels.add("XASCII2SU", make<XASCII2SU>());
 }
 
 }  // namespace tf
