@@ -1,9 +1,17 @@
 #include "importers/ascii2su.h"
 
 #include <charconv>
+#include <cstdlib>
+#include <memory>
+#include <cmath>
+#include <limits>
 #include <filesystem>
 #include <iterator>
 #include <new>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
@@ -31,27 +39,62 @@ constexpr int dzt_samples = 4, dzt_unused = 6, dzt_scans_per_ns = 10, dzt_traces
 constexpr double radar_shift = 32767;
 constexpr int16_t radar_nhs = 95;
 
-// A cell of the working matrix: a general value of 16 bytes, empty until a
-// token is read into it.
-struct Cell {
-  double number = 0;
-  enum class Kind : uint8_t { empty, number, text } kind = Kind::empty;
-};
-static_assert(sizeof(Cell) == 16);
-// The matrix is allocated whole; past this size the allocation fails, as
-// it does in the address space the panel was made for.
+// A cell of the working matrix holds a general value: empty until a token
+// is read into it, a number, or text. Empty counts as 0 in a subtraction,
+// so it is kept as 0; text, on which a subtraction fails, as NaN (no token
+// reads as NaN).
+using Cell = double;
+const Cell text_cell = std::numeric_limits<double>::quiet_NaN();
+bool is_text(Cell cell) { return std::isnan(cell); }
+// The matrix is allocated whole at 16 bytes a general value; past this size
+// the allocation fails, as it does in the address space the panel was made
+// for.
+constexpr size_t variant_bytes = 16;
 constexpr size_t matrix_limit = size_t{1} << 30;
 
-// A token as a value: a number where the whole token reads as one, empty
-// where nothing stands, else text.
+// The cells, allocated whole and filled in one pass. Large pages where the
+// system offers them: the pass and the reading across rows then touch far
+// fewer pages.
+class Matrix {
+ public:
+  void allocate(size_t cells) {
+    constexpr size_t page = size_t{2} << 20;
+    const size_t bytes = (cells * sizeof(Cell) + page - 1) / page * page;
+    cells_.reset(static_cast<Cell*>(std::aligned_alloc(page, bytes)));
+    if (!cells_) throw RunTimeError(err::out_of_memory);
+#if defined(__linux__)
+    ::madvise(cells_.get(), bytes, MADV_HUGEPAGE);
+#endif
+    size_ = cells;
+  }
+  bool empty() const { return size_ == 0; }
+  size_t size() const { return size_; }
+  Cell& operator[](size_t i) { return cells_[i]; }
+
+ private:
+  struct Free {
+    void operator()(Cell* p) const { std::free(p); }
+  };
+  std::unique_ptr<Cell[], Free> cells_;
+  size_t size_ = 0;
+};
+
+// A token as a value: a number where the whole token reads as a finite one,
+// 0 where nothing stands, else text.
 Cell cell_of(std::string_view token) {
-  Cell cell;
-  if (token.empty()) return cell;
-  std::string_view digits = token;
-  if (digits.front() == '+') digits.remove_prefix(1);
-  auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), cell.number);
-  cell.kind = ec == std::errc() && end == digits.data() + digits.size() ? Cell::Kind::number : Cell::Kind::text;
-  return cell;
+  if (token.empty()) return 0;
+  if (token.front() == '+') token.remove_prefix(1);
+  // Whole numbers of a few digits, the usual recorder values, read directly.
+  if (!token.empty() && token.size() <= 10) {
+    const bool negative = token.front() == '-';
+    int64_t whole = 0;
+    size_t i = negative ? 1 : 0;
+    while (i < token.size() && token[i] >= '0' && token[i] <= '9') whole = whole * 10 + (token[i++] - '0');
+    if (i == token.size() && i > (negative ? 1u : 0u)) return static_cast<Cell>(negative ? -whole : whole);
+  }
+  Cell number = 0;
+  auto [end, ec] = std::from_chars(token.data(), token.data() + token.size(), number);
+  return ec == std::errc() && end == token.data() + token.size() && std::isfinite(number) ? number : text_cell;
 }
 
 // The record start of trace t with a 16-bit record size; false where the
@@ -63,12 +106,6 @@ bool record_start(int32_t t, int16_t samples, int32_t& pos) {
   if (p > INT32_MAX) return false;
   pos = static_cast<int32_t>(p);
   return true;
-}
-
-// A cell less the shift; text makes a type mismatch.
-float sample_of(const Cell& cell, double shift) {
-  if (cell.kind == Cell::Kind::text) throw RunTimeError(err::type_mismatch);
-  return static_cast<float>(cell.number - shift);
 }
 
 // Asks until the answer reads as a number other than 0, the answer going
@@ -192,7 +229,7 @@ void ASCII2SU::select_input() {
     resume_next([&] {
       TokenReader reader(read_whole_file(file_system_name(state.file_in)));
       while (!reader.at_end()) {
-        reader.next_field();
+        reader.next_field_view();
         ++tokens;
       }
     });
@@ -239,16 +276,12 @@ void ASCII2SU::convert_ascii() {
   resume_next([&] { set_progress_range("ProgressBar1", 1, g.traces); });
 
   // The whole matrix first: the file runs across the traces.
-  std::vector<Cell> matrix;
+  Matrix matrix;
   resume_next([&] {
     if (g.samples < 1 || g.traces < 1) throw RunTimeError(err::subscript);
     const size_t cells = static_cast<size_t>(g.samples) * static_cast<size_t>(g.traces);
-    if (cells > matrix_limit / sizeof(Cell)) throw RunTimeError(err::out_of_memory);
-    try {
-      matrix.resize(cells);
-    } catch (const std::bad_alloc&) {
-      throw RunTimeError(err::out_of_memory);
-    }
+    if (cells > matrix_limit / variant_bytes) throw RunTimeError(err::out_of_memory);
+    matrix.allocate(cells);
   });
   resume_next([&] {
     if (g.samples < 1) throw RunTimeError(err::subscript);
@@ -257,35 +290,52 @@ void ASCII2SU::convert_ascii() {
   // Without its matrix every statement on the cells would fail: nothing is
   // read or written.
   if (!matrix.empty()) {
-    auto at = [&](int32_t s, int32_t t) -> Cell& { return matrix[static_cast<size_t>(t - 1) * g.samples + (s - 1)]; };
+    // Held as the file runs: a row of the matrix is one time sample.
+    size_t read = 0;
     resume_next([&] {
       TokenReader reader(read_whole_file(file_system_name(state.file_in)));
-      // Row after row. Past the end of the file every read fails and the
-      // cells stay empty.
-      for (int32_t s = 1; s <= g.samples; ++s)
-        for (int32_t t = 1; t <= g.traces; ++t) at(s, t) = cell_of(reader.next_field());
+      for (; read < matrix.size(); ++read) matrix[read] = cell_of(reader.next_field_view());
     });
+    // Past the end of the file every read fails and the cells stay empty.
+    for (; read < matrix.size(); ++read) matrix[read] = 0;
     resume_next([&] { files.close_all(); });
     resume_next([&] { files.open(2, file_system_name(state.file_out)); });
 
     const bool radar = checked("Check1");
     const double shift = radar ? radar_shift : 0;
+    const auto ns = static_cast<size_t>(g.samples);
     auto& samples = state.r4_trace;
+    // Traces are made a few at a time, so that each row is read along its
+    // length; each sample still follows from the trace before.
+    constexpr int32_t block = 64;
+    std::vector<float> made(block * ns);
     su::RecordImage image(files, 2);
-    for (int32_t t = 1; t <= g.traces; ++t) {
-      resume_next([&] { set_progress("ProgressBar1", t); });
-      // Where the step fails the trace goes where the last one went: past
-      // 8131 samples every trace lands on the same record.
-      record_start(t, g.samples, state.trace_pos);
-      image.move_to(state.trace_pos);
-      put_text_trace_header(image, t, g.samples, g.rate, radar);
-      // A text cell keeps the sample of the trace before.
-      for (int32_t s = 1; s <= g.samples; ++s) resume_next([&] { samples[static_cast<size_t>(s)] = sample_of(at(s, t), shift); });
-      if (radar) {
-        samples[1] = 0;
-        if (g.samples >= 2) samples[2] = 0;
+    for (int32_t first = 1; first <= g.traces; first += block) {
+      const int32_t count = std::min(block, g.traces - first + 1);
+      for (size_t s = 1; s <= ns; ++s) {
+        const Cell* row = &matrix[(s - 1) * static_cast<size_t>(g.traces) + static_cast<size_t>(first - 1)];
+        float value = samples[s];
+        for (int32_t k = 0; k < count; ++k) {
+          // A cell less the shift; text makes the subtraction fail (a type
+          // mismatch) and the sample of the trace before stays. Radar
+          // traces then lose their first two samples.
+          if (!is_text(row[k])) value = static_cast<float>(row[k] - shift);
+          if (radar && s <= 2) value = 0;
+          made[static_cast<size_t>(k) * ns + (s - 1)] = value;
+        }
+        samples[s] = value;
       }
-      image.put_block(su::header_size, &samples[1], static_cast<size_t>(g.samples));
+      for (int32_t k = 0; k < count; ++k) {
+        const int32_t t = first + k;
+        resume_next([&] { set_progress("ProgressBar1", t); });
+        // Where the step fails the trace goes where the last one went: past
+        // 8131 samples every trace lands on the same record.
+        record_start(t, g.samples, state.trace_pos);
+        image.move_to(state.trace_pos);
+        put_text_trace_header(image, t, g.samples, g.rate, radar);
+        image.put_block(su::header_size, &made[static_cast<size_t>(k) * ns], ns);
+      }
+      resume_next([&] { image.flush(); });
     }
     resume_next([&] { image.flush(); });
   }

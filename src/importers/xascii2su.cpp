@@ -51,7 +51,7 @@ void XASCII2SU::select_input() {
   resume_next([&] {
     TokenReader reader(read_whole_file(file_system_name(state.file_in)));
     while (!reader.at_end()) {
-      reader.next_field();
+      reader.next_field_view();
       ++tokens;
     }
   });
