@@ -139,6 +139,27 @@ AsciiGeometry read_ascii_geometry(Panel& panel, Platform& platform) {
   return g;
 }
 
+int32_t count_tokens(const std::string& file) {
+  TokenReader reader(read_whole_file(file_system_name(file)));
+  int32_t tokens = 0;
+  resume_next([&] {
+    for (; !reader.at_end(); ++tokens) reader.next_field_view();
+  });
+  return tokens;
+}
+
+void ask_for_rate(Panel& panel, Platform& platform, int16_t& rate) {
+  ask_until_not_zero(panel, platform, rate, rate_prompt, "100", "Text4");
+}
+
+void choose_text_output(Panel& panel, Platform& platform) {
+  FileDialogRequest dialog;
+  dialog.title = "KGS Integer File selection";
+  dialog.filter = "SU File |*.SU|All files|*.*|";
+  dialog.file_name = "*.SU";
+  panel.set_text("Text2", platform.file_dialog(dialog));
+}
+
 void ask_to_kill_output(Platform& platform, const std::string& file_out) {
   if (!File_Exists(file_out)) return;
   if (message(platform, "Outfile name already exists, kill this file ?", Icon::question, Buttons::yes_no) != Answer::yes)
@@ -224,15 +245,9 @@ void ASCII2SU::select_input() {
     resume_next([&] { set_text("Text5", field_text(traces)); });
     // The token count is not made: the traces are asked for below.
   } else {
-    // One below the number of tokens.
+    // One below the number of tokens: the count starts at -1.
     tokens = -1;
-    resume_next([&] {
-      TokenReader reader(read_whole_file(file_system_name(state.file_in)));
-      while (!reader.at_end()) {
-        reader.next_field_view();
-        ++tokens;
-      }
-    });
+    resume_next([&] { tokens += count_tokens(state.file_in); });
   }
   int16_t samples = 0, rate = 0;
   int32_t traces = 0;
@@ -248,15 +263,11 @@ void ASCII2SU::select_input() {
     resume_next([&] { traces = field_i32(answer); });
   }
   set_text("Text5", field_text(traces));
-  ask_until_not_zero(*this, platform, rate, rate_prompt, "100", "Text4");
+  ask_for_rate(*this, platform, rate);
 }
 
 void ASCII2SU::out_file() {
-  FileDialogRequest dialog;
-  dialog.title = "KGS Integer File selection";
-  dialog.filter = "SU File |*.SU|All files|*.*|";
-  dialog.file_name = "*.SU";
-  set_text("Text2", platform.file_dialog(dialog));
+  choose_text_output(*this, platform);
 }
 
 void ASCII2SU::info() {

@@ -33,6 +33,15 @@ struct AsciiGeometry {
 // asked for, in that order, until the answer isn't 0.
 AsciiGeometry read_ascii_geometry(Panel& panel, Platform& platform);
 
+// The tokens of a text file up to its end; a missing file is error 53.
+int32_t count_tokens(const std::string& file);
+
+// While the rate is 0, asked for with 100 offered; the answer goes to Text4.
+void ask_for_rate(Panel& panel, Platform& platform, int16_t& rate);
+
+// The output dialog of the text imports; its answer goes to Text2.
+void choose_text_output(Panel& panel, Platform& platform);
+
 // With an existing output the user chooses: Yes deletes it, No writes into
 // the old file, which keeps its tail past the new data.
 void ask_to_kill_output(Platform& platform, const std::string& file_out);

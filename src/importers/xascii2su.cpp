@@ -48,13 +48,7 @@ void XASCII2SU::select_input() {
   resume_next([&] { set_text("Text2", su_name(state.file_in)); });
   int32_t traces = 0, tokens = 0;
   resume_next([&] { traces = field_i32(text("Text5")); });
-  resume_next([&] {
-    TokenReader reader(read_whole_file(file_system_name(state.file_in)));
-    while (!reader.at_end()) {
-      reader.next_field_view();
-      ++tokens;
-    }
-  });
+  resume_next([&] { tokens = count_tokens(state.file_in); });  // from 0
   resume_next([&] { files.close_all(); });
 
   InputBoxRequest ask;
@@ -66,20 +60,11 @@ void XASCII2SU::select_input() {
   set_text("Text5", platform.input_box(ask));
   int16_t rate = 0;
   resume_next([&] { rate = field_i16(text("Text4")); });
-  while (rate == 0) {
-    ask.prompt = "Enter the sampling rate (ns)";
-    ask.default_text = "100";
-    set_text("Text4", platform.input_box(ask));
-    resume_next([&] { rate = field_i16(text("Text4")); });
-  }
+  ask_for_rate(*this, platform, rate);
 }
 
 void XASCII2SU::out_file() {
-  FileDialogRequest dialog;
-  dialog.title = "KGS Integer File selection";
-  dialog.filter = "SU File |*.SU|All files|*.*|";
-  dialog.file_name = "*.SU";
-  set_text("Text2", platform.file_dialog(dialog));
+  choose_text_output(*this, platform);
 }
 
 void XASCII2SU::info() {
