@@ -324,3 +324,42 @@ TEST(AsciiImport, Transcripts) {
   for (const char* name : {"ascii2su_help", "xascii2su_help", "ascii2su_selection", "ascii_option"})
     EXPECT_EQ(run_script_file(name, dir.str()).lines, expected_transcript(name)) << name;
 }
+
+// Empty and garbled inputs: every cell or line that holds no number leaves
+// 0 (less the shift) or the sample before; the inputs are not changed.
+TEST(AsciiImport, EmptyAndGarbledInputs) {
+  TempDir dir;
+  std::string garbage(3000, '\0');
+  for (size_t i = 0; i < garbage.size(); ++i) garbage[i] = static_cast<char>((i * 7919 + 13) % 256);
+  write_text(dir.file("empty.TXT"));
+  write_text(dir.file("garbage.TXT"), garbage);
+  for (const char* name : {"empty", "garbage"}) {
+    SCOPED_TRACE(name);
+    const std::string in = dir.file(std::string(name) + ".TXT"), out = dir.file(std::string(name) + ".SU");
+    // The selection counts what it can; the traces question comes back
+    // until the runner's limit when the count gives none.
+    RunnerOptions options;
+    options.max_boxes = 30;
+    auto selected = run("show ASCII2SU\nset ASCII2SU.Text3 \"16\"\ndialog \"" + in + "\"\nclick ASCII2SU.Command1\n", options);
+    EXPECT_NE(selected.exit_code, 2);
+    auto r = run("show ASCII2SU\nset ASCII2SU.Text1 \"" + in + "\"\nset ASCII2SU.Text2 \"" + out +
+                 "\"\nset ASCII2SU.Text3 \"16\"\nset ASCII2SU.Text4 \"100\"\nset ASCII2SU.Text5 \"3\"\n"
+                 "click ASCII2SU.Command3\n");
+    EXPECT_EQ(r.exit_code, 0);
+    EXPECT_TRUE(r.has({"\"text\":\"Conversion OK! "}));
+    const auto bytes = read_bytes(out);
+    ASSERT_EQ(bytes.size(), 3 * (240 + 4 * 16u));
+    EXPECT_EQ(text_of(in), std::string(name) == "empty" ? "" : garbage);
+  }
+  // The empty matrix: every cell is empty, so every sample is 0.
+  auto empty = read_bytes(dir.file("empty.SU"));
+  for (size_t s = 0; s < 16; ++s) EXPECT_EQ(value_at<float>(empty, 2 * (240 + 64) + 240 + 4 * s), 0.0f);
+
+  // One-trace files: an empty one and a garbled one.
+  write_text(dir.file("t/rec001.txt"));
+  write_text(dir.file("t/rec002.txt"), garbage);
+  auto r = run("show XASCII2SU\ndialog \"" + dir.file("t") + "/ rec001.txt rec002.txt\"\ninput \"8\"\ninput \"2\"\n"
+               "input \"100\"\nclick XASCII2SU.Command1\nclick XASCII2SU.Command3\n");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_EQ(read_bytes(dir.file("t//rec001.SU")).size(), 2 * (240 + 4 * 8u));
+}
