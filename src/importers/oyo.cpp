@@ -178,7 +178,8 @@ void oyo::Convert() {
     resume_next([&] { set_progress("ProgressBar1", f); });
     resume_next([&] { open_record(files, 1, list_entry((*this)["List1"], f - 1)); });
     resume_next([&] { read_record_values(files[1], header); });
-    for (int16_t c = 1; c <= state.nb_channels; ++c) {
+    // A 16-bit counter past 32767 fails its step and the loop ends there.
+    for (int32_t c = 1; c <= state.nb_channels; ++c) {
       int16_t trace = 0;
       resume_next([&] { trace = i16_add(i16_add(c, i16_mul(state.nb_channels, f - 1)), -1); });
       resume_next([&] { state.trace_pos = i32_mul(trace, su::record_size(ns)); });
