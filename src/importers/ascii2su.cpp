@@ -227,7 +227,10 @@ void ASCII2SU::select_input() {
   if (checked("Check1")) {
     // The geometry of the radar file the text was exported from.
     std::string dzt;
-    resume_next([&] { dzt = state.file_in.substr(0, state.file_in.size() - 3) + "DZT"; });
+    resume_next([&] {
+      if (state.file_in.size() < 3) throw RunTimeError(err::invalid_call);
+      dzt = state.file_in.substr(0, state.file_in.size() - 3) + "DZT";
+    });
     if (!File_Exists(dzt)) resume_next([&] { dzt = choose(); });
     resume_next([&] { open_record(files, 1, dzt); });
     int16_t samples = 0, unused = 0, traces = 0;
