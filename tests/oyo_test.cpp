@@ -157,6 +157,12 @@ TEST(Oyo, SingleFileListsNothing) {
   EXPECT_EQ(r.with({"\"event\":\"msgbox\""}), Texts{done_box});
   EXPECT_TRUE(std::filesystem::exists(one + "oyo.su"));
   EXPECT_EQ(read_bytes(one + "oyo.su").size(), 0u);
+
+  // Before any selection the input name is too short: Convert does nothing.
+  auto unselected = run("show oyo\nset oyo.Text2 \"" + dir.file("x.su") + "\"\nclick oyo.Command1\n");
+  EXPECT_FALSE(unselected.has({"\"event\":\"msgbox\""}));
+  EXPECT_FALSE(unselected.has({"\"event\":\"pointer\""}));
+  EXPECT_FALSE(std::filesystem::exists(dir.file("x.su")));
 }
 
 // Milliseconds times 1000 into 16 bits: 0.25 gives 250, 32.767 the largest
