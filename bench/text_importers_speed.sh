@@ -9,14 +9,7 @@ set -eu
 run=$1 make=$2
 work=$(mktemp -d /tmp/tracefold-text-speed-XXXXXX)
 trap 'rm -rf "$work"' EXIT
-best() { # the best time in ns of five runs of "$@"
-  b=0
-  for i in 1 2 3 4 5; do
-    t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
-    if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
-  done
-  echo $b
-}
+source "$(dirname "$0")/best_time.sh"
 failed=0 passed=0
 check() { # NAME TIME_NS LIMIT_NS
   if [ "$2" -gt "$3" ]; then echo "$1: too slow"; failed=$((failed + 1)); else passed=$((passed + 1)); fi
