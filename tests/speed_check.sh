@@ -16,14 +16,7 @@ set es1225.Text4 "4000"
 set es1225.Text2 "$work/line.su"
 click es1225.Command1
 SCRIPT
-best() { # the best time in ns of three runs of "$@"
-  b=0
-  for i in 1 2 3 4 5; do
-    t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
-    if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
-  done
-  echo $b
-}
+source "$(dirname "$0")/../bench/best_time.sh"
 convert() { rm -f "$work/line.su"; "$run" "$work/line.tfs"; }
 copy() { rm -f "$work/copy.su"; cp "$work/line.su" "$work/copy.su"; }
 convert_ns=$(best convert)

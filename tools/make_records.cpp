@@ -1,19 +1,29 @@
 // make-records: writes synthetic field records for the demo and the tests.
 //   make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]
 //   make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]
+//   make-records oyo FOLDER COUNT [CHANNELS] [SAMPLES] [SAMPLE_BYTES]
+//   make-records ascii FOLDER COUNT [TRACES] [SAMPLES] [RADAR]
+//   make-records ascii-traces FOLDER COUNT [SAMPLES]
 // ES-1225: a file header, then per channel the int16 samples and 48 bytes;
 // ABEM Mark 3: a 2048-byte header of text lines, then per channel the int16
-// samples. The samples are a shot gather with a first arrival moving out by
+// samples; OYO McSEIS 170: a 6144-byte header with text columns, then per
+// channel four bytes a sample (SAMPLE_BYTES 4 long integers, 2 short, 1
+// floats); ASCII: a comma-separated matrix a file (RADAR 1 adds its DZT head)
+// or one trace a file. The samples are a shot gather with a first arrival moving out by
 // channel.
 #include <iostream>
 #include <string>
 
 #include "tools/record_generators.h"
+#include "tools/text_record_generators.h"
 
 int main(int argc, char** argv) {
   if (argc < 4) {
     std::cerr << "usage: make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]\n"
-                 "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n";
+                 "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n"
+                 "       make-records oyo FOLDER COUNT [CHANNELS] [SAMPLES] [SAMPLE_BYTES]\n"
+                 "       make-records ascii FOLDER COUNT [TRACES] [SAMPLES] [RADAR]\n"
+                 "       make-records ascii-traces FOLDER COUNT [SAMPLES]\n";
     return 2;
   }
   std::string format = argv[1], folder = argv[2];
@@ -33,6 +43,23 @@ int main(int argc, char** argv) {
       if (option(2)) layout.samples = option(2);
       if (argc > 6) layout.rate_code = option(3);
       std::cout << tf::gen::write_abem(folder, i, layout) << "\n";
+    } else if (format == "oyo") {
+      tf::gen::OyoLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (option(3) == 2) layout.type = tf::gen::OyoSamples::short_integer;
+      if (option(3) == 1) layout.type = tf::gen::OyoSamples::floating;
+      std::cout << tf::gen::write_oyo(folder, i, layout) << "\n";
+    } else if (format == "ascii") {
+      tf::gen::AsciiMatrixLayout layout;
+      if (option(1)) layout.traces = option(1);
+      if (option(2)) layout.samples = option(2);
+      layout.radar = option(3) != 0;
+      std::string path = tf::gen::write_ascii_matrix(folder, i, layout);
+      if (layout.radar) tf::gen::write_dzt_beside(path, layout.samples, 0.5f, layout.traces);
+      std::cout << path << "\n";
+    } else if (format == "ascii-traces") {
+      std::cout << tf::gen::write_ascii_trace(folder, i, option(1) ? option(1) : 512) << "\n";
     } else {
       std::cerr << "make-records: unknown format " << format << "\n";
       return 2;

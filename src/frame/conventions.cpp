@@ -4,6 +4,7 @@
 #include <cmath>
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 
 namespace tf {
@@ -160,28 +161,42 @@ void TokenReader::skip_separator() {
   }
 }
 
-std::string TokenReader::next_field() {
-  skip_blanks();
-  // Blank lines between fields are passed over.
-  while (pos_ < text_.size() && (text_[pos_] == '\r' || text_[pos_] == '\n')) {
-    ++pos_;
-    skip_blanks();
+std::string TokenReader::next_field() { return std::string(next_field_view()); }
+
+std::string_view TokenReader::next_field_view() {
+  const char* const text = text_.data();
+  const size_t size = text_.size();
+  size_t pos = pos_;
+  // Blanks, and blank lines between fields, are passed over.
+  while (pos < size && (text[pos] == ' ' || text[pos] == '\t' || text[pos] == '\r' || text[pos] == '\n')) ++pos;
+  if (pos >= size) {
+    pos_ = pos;
+    throw RunTimeError(err::input_past_end);
   }
-  if (at_end()) throw RunTimeError(err::input_past_end);
-  std::string field;
-  if (text_[pos_] == '"') {
-    size_t close = text_.find('"', pos_ + 1);
-    if (close == std::string::npos) close = text_.size();
-    field = text_.substr(pos_ + 1, close - pos_ - 1);
-    pos_ = std::min(close + 1, text_.size());
+  std::string_view field;
+  if (text[pos] == '"') {
+    const char* close = static_cast<const char*>(std::memchr(text + pos + 1, '"', size - pos - 1));
+    const size_t end = close ? static_cast<size_t>(close - text) : size;
+    field = std::string_view(text + pos + 1, end - pos - 1);
+    pos = std::min(end + 1, size);
   } else {
-    size_t end = text_.find_first_of(",\r\n", pos_);
-    if (end == std::string::npos) end = text_.size();
-    field = text_.substr(pos_, end - pos_);
-    pos_ = end;
-    while (!field.empty() && (field.back() == ' ' || field.back() == '\t')) field.pop_back();
+    size_t end = pos;
+    while (end < size && text[end] != ',' && text[end] != '\r' && text[end] != '\n') ++end;
+    field = std::string_view(text + pos, end - pos);
+    pos = end;
+    while (!field.empty() && (field.back() == ' ' || field.back() == '\t')) field.remove_suffix(1);
   }
-  skip_separator();
+  // The separator: blanks, then one comma or one line end.
+  while (pos < size && (text[pos] == ' ' || text[pos] == '\t')) ++pos;
+  if (pos < size) {
+    if (text[pos] == ',' || text[pos] == '\n') {
+      ++pos;
+    } else if (text[pos] == '\r') {
+      ++pos;
+      if (pos < size && text[pos] == '\n') ++pos;
+    }
+  }
+  pos_ = pos;
   return field;
 }
 

@@ -111,6 +111,9 @@ class TokenReader {
  public:
   explicit TokenReader(std::string text);
   std::string next_field();
+  // The same field as a view into the text, valid while the reader lives:
+  // for long runs of fields that are looked at once.
+  std::string_view next_field_view();
   double next_number();
   std::string next_line();  // a whole line, as "Line Input #"
   bool at_end() const;

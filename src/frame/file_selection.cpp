@@ -1,5 +1,7 @@
 #include "frame/file_selection.h"
 
+#include <filesystem>
+
 #include "frame/conventions.h"
 #include "frame/helpers.h"
 #include "frame/panel.h"
@@ -32,12 +34,12 @@ std::string records_dialog(Platform& platform, const std::string& title, const s
   return platform.file_dialog(dialog);
 }
 
-RecordChoice read_record_choice(const std::string& dialog_text) {
+RecordChoice read_record_choice(const std::string& dialog_text, SingleChoice single) {
   RecordChoice choice;
   choice.multiple = dialog_text.find(' ') != std::string::npos;
   // All parsing works on the text with one blank appended.
   const std::string text = dialog_text + " ";
-  if (!choice.multiple) {
+  if (!choice.multiple && single == SingleChoice::listed) {
     choice.entries.push_back(text);
     choice.count = 1;
     choice.name = text;
@@ -46,6 +48,7 @@ RecordChoice read_record_choice(const std::string& dialog_text) {
   }
   auto pieces = cut_at_blanks(text);
   const auto& items = pieces.items;
+  choice.folder = items[0];
   for (size_t k = 1; k < items.size(); ++k) choice.entries.push_back(items[0] + sep + items[k]);
   choice.count = pieces.count - 1;
   choice.name = items[0] + sep + (items.size() > 1 ? items[1] : "");
@@ -67,6 +70,13 @@ std::string file_system_name(const std::string& name) {
   while (!s.empty() && s.back() == ' ') s.pop_back();
   if (s.find_first_of("*?") != std::string::npos) throw RunTimeError(err::bad_file_number);
   return s;
+}
+
+void open_record(FileTable& files, int number, const std::string& name) {
+  const std::string path = file_system_name(name);
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
+  files.open(number, path);
 }
 
 std::string output_name_dialog(Platform& platform, const std::string& initial_dir) {

@@ -10,6 +10,7 @@
 namespace tf {
 
 struct Control;
+class FileTable;
 
 // A table of 100 texts: pieces past index 99 are lost, the count keeps them.
 inline constexpr int selection_capacity = 100;
@@ -30,7 +31,10 @@ std::string records_dialog(Platform& platform, const std::string& title, const s
 
 // A dialog text read as the importers read it. No blank: one file. With a
 // blank, the folder and names, cut at the blanks (a single path holding a
-// blank is taken for several files too).
+// blank is taken for several files too). Some panels have no path for one
+// file: they always cut the text, so that a single choice is a folder
+// without names and lists nothing.
+enum class SingleChoice { listed, cut_like_several };
 struct RecordChoice {
   bool multiple = false;
   std::vector<std::string> entries;  // for List1: the single text with its blank, or folder + sep + name
@@ -38,8 +42,9 @@ struct RecordChoice {
   // The single name with its blanks removed, or folder + sep + first name:
   // the name the output is proposed from.
   std::string name;
+  std::string folder;  // the first piece when the text is cut: the folder, or the one path
 };
-RecordChoice read_record_choice(const std::string& dialog_text);
+RecordChoice read_record_choice(const std::string& dialog_text, SingleChoice single = SingleChoice::listed);
 
 // A name less its last three characters, plus "SU"; a name shorter than
 // three characters fails with error 5.
@@ -52,6 +57,10 @@ std::string list_entry(const Control& list, int index);
 // wildcard makes a bad file name (error 52), as on the desktop the records
 // come from.
 std::string file_system_name(const std::string& name);
+
+// Opens a record for reading: a missing one is error 53, not a new empty
+// file.
+void open_record(FileTable& files, int number, const std::string& name);
 
 // The output-name dialog of the importers: "SU File name selection", *.SU.
 // Gives the name that comes back (the start name on a cancel).

@@ -9,6 +9,10 @@
 #include "viewers/digit.h"
 #include "viewers/editor.h"
 #include "viewers/pick.h"
+#include "importers/ascii2su.h"
+#include "importers/es1225.h"
+#include "importers/oyo.h"
+#include "importers/xascii2su.h"
 
 namespace tf {
 
@@ -28,6 +32,9 @@ void register_all_panels(App& app) {
   app.panels.add("pick", make<pick>());
   app.panels.add("editor", make<editor>());
   app.panels.add("digit", make<digit>());
+  app.panels.add("oyo", make<oyo>());
+  app.panels.add("ASCII2SU", make<ASCII2SU>());
+  app.panels.add("XASCII2SU", make<XASCII2SU>());
 }
 
 }  // namespace tf

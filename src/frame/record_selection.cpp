@@ -1,7 +1,5 @@
 #include "frame/record_selection.h"
 
-#include <filesystem>
-
 #include "frame/conventions.h"
 
 namespace tf {
@@ -16,13 +14,6 @@ RecordChoice Select_records(App& app, Panel& panel, const RecordDialog& dialog, 
   panel.set_text(count_field, field_text(choice.count));
   resume_next([&] { panel.set_text("Text2", su_name(choice.name)); });
   return choice;
-}
-
-void open_record(FileTable& files, int number, const std::string& name) {
-  const std::string path = file_system_name(name);
-  std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
-  files.open(number, path);
 }
 
 }  // namespace tf

@@ -21,8 +21,4 @@ struct RecordDialog {
 // Gives the choice as read.
 RecordChoice Select_records(App& app, Panel& panel, const RecordDialog& dialog, const std::string& count_field = "Text6");
 
-// Records are opened for reading: a missing one is error 53, not a new
-// empty file.
-void open_record(FileTable& files, int number, const std::string& name);
-
 }  // namespace tf

@@ -36,7 +36,6 @@ constexpr int channels_line = 113;
 // The text fields at the head of the header (first field, second field,
 // date YYMMDD, time HH MM) come from its first 601 bytes.
 constexpr int text_fields_bytes = 601;
-
 }  // namespace
 
 abem::abem(App& owner) : Panel(owner, "abem", "ABEM mark 3 to SU ") {

@@ -164,11 +164,15 @@ int64_t file_length(const std::string& path) {
 }
 
 std::string read_whole_file(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(path, std::ios::binary | std::ios::ate);
   if (!in) throw RunTimeError(err::file_not_found);
-  std::ostringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
+  // One read into a text of the file's size; a file still growing gives
+  // what it held at the open.
+  std::string text(static_cast<size_t>(std::max<std::streamoff>(in.tellg(), 0)), '\0');
+  in.seekg(0);
+  in.read(text.data(), static_cast<std::streamsize>(text.size()));
+  text.resize(static_cast<size_t>(in.gcount()));
+  return text;
 }
 
 void write_whole_file(const std::string& path, const std::string& content) {

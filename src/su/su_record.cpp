@@ -65,13 +65,18 @@ void RecordImage::move_to(int64_t trace_pos) {
 }
 
 void RecordImage::touch(int offset, size_t size) {
-  size_t end = static_cast<size_t>(current_ + offset) + size;
+  const size_t start = static_cast<size_t>(current_ + offset), end = start + size;
   if (end > bytes_.size()) {
-    bytes_.resize(end, 0);
-    written_.resize(end, 0);
+    const size_t old = bytes_.size();
+    bytes_.resize(end);
+    written_.resize(end);
+    // Between the old end and this word lies a gap: zero, and not written.
+    if (start > old) {
+      std::memset(bytes_.data() + old, 0, start - old);
+      std::memset(written_.data() + old, 0, start - old);
+    }
   }
-  std::fill(written_.begin() + static_cast<std::ptrdiff_t>(current_ + offset),
-            written_.begin() + static_cast<std::ptrdiff_t>(end), 1);
+  std::memset(written_.data() + start, 1, size);
 }
 
 void RecordImage::put_bytes(int offset, const void* data, size_t size) {

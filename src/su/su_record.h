@@ -3,6 +3,9 @@
 #pragma once
 
 #include <array>
+#include <memory>
+#include <new>
+#include <utility>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -139,8 +142,22 @@ class RecordImage {
   int number_;
   int64_t base_ = 0;
   int64_t current_ = 0;  // the trace being written, from base_
-  std::vector<uint8_t> bytes_;
-  std::vector<uint8_t> written_;
+  // Bytes that grow without being cleared first: every byte is set by the
+  // write that grows the image or cleared as a gap.
+  template <typename T>
+  struct Uncleared : std::allocator<T> {
+    template <typename U>
+    struct rebind {
+      using other = Uncleared<U>;
+    };
+    template <typename U, typename... Args>
+    void construct(U* p, Args&&... args) { ::new (static_cast<void*>(p)) U(std::forward<Args>(args)...); }
+    template <typename U>
+    void construct(U* p) noexcept { ::new (static_cast<void*>(p)) U; }
+  };
+  using Bytes = std::vector<uint8_t, Uncleared<uint8_t>>;
+  Bytes bytes_;
+  Bytes written_;
   std::vector<uint8_t> under_;
 };
 
