@@ -2,9 +2,12 @@
 // show it by.
 #include "frame/batch_runner.h"
 #include "frame/panel.h"
+#include "exchange/convert.h"
+#include "exchange/su2sgy.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
 #include "importers/es1225.h"
+#include "operations/segy_extract.h"
 
 namespace tf {
 
@@ -20,6 +23,9 @@ void register_all_panels(App& app) {
   app.routines["Zip_Files"] = Zip_Files;
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
+  app.panels.add("Convert", make<Convert>());
+  app.panels.add("SU2SGY", make<SU2SGY>());
+  app.routines["Extract_SEGY"] = Extract_SEGY;
 }
 
 }  // namespace tf
