@@ -1,9 +1,11 @@
 // make-records: writes synthetic field records for the demo and the tests.
 //   make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]
 //   make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]
+//   make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]
 // ES-1225: a file header, then per channel the int16 samples and 48 bytes;
 // ABEM Mark 3: a 2048-byte header of text lines, then per channel the int16
-// samples. The samples are a shot gather with a first arrival moving out by
+// samples; KGS: one file of traces with a 240-byte header of 16-bit words,
+// int16 samples or, with FLOATING 1, float32. The samples are a shot gather with a first arrival moving out by
 // channel.
 #include <iostream>
 #include <string>
@@ -13,13 +15,23 @@
 int main(int argc, char** argv) {
   if (argc < 4) {
     std::cerr << "usage: make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]\n"
-                 "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n";
+                 "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n"
+                 "       make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]\n";
     return 2;
   }
   std::string format = argv[1], folder = argv[2];
   int count = std::stoi(argv[3]);
   // The optional numbers after the count, 0 where not given.
   auto option = [&](int i) { return argc > 3 + i ? std::stoi(argv[3 + i]) : 0; };
+  if (format == "kgs") {
+    tf::gen::KgsLayout layout;
+    layout.traces = count;
+    if (option(1)) layout.channels = option(1);
+    if (option(2)) layout.samples = option(2);
+    layout.floating = option(3) != 0;
+    std::cout << tf::gen::write_kgs(folder, layout) << "\n";
+    return 0;
+  }
   for (int i = 1; i <= count; ++i) {
     if (format == "es1225") {
       tf::gen::Es1225Layout layout;
