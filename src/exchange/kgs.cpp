@@ -27,6 +27,7 @@ constexpr const char* su_title = "Enter Values not available in SU header";
 constexpr const char* depth_prompt = " Source depth below surface";
 constexpr int16_t format_mark = 21930;  // 55AA hexadecimal, at byte 118
 constexpr int kgs_words = su::header_size / 2;
+constexpr int32_t traces_a_write = 256;
 
 // A KGS header as read: its 16-bit words by byte offset.
 struct KgsHeader {
@@ -173,17 +174,20 @@ void Convert::Convert_KGSI_2_SU() {
   resume_next([&] { out_size = i16_add(i16_mul(samples, 4), su::header_size); });
 
   su::RecordImage image(files, 2);
+  ReadAhead input(files, 1);
   int32_t in_pos = 0;
   for (int32_t i = 1; i <= state.nb_traces; ++i) {
     resume_next([&] { set_progress("ProgressBar1", i); });
     // A size that overflowed leaves the positions at their last values.
     resume_next([&] { in_pos = i32_mul(in_size, i - 1); });
-    resume_next([&] { files[1].read_at(in_pos, record.data(), record.size() * 2); });
+    resume_next([&] { input.read_block(in_pos, record); });
     for (size_t k = 0; k < trace.size(); ++k) trace[k] = record[k + 60];
     resume_next([&] { state.trace_pos = i32_mul(out_size, i - 1); });
     image.move_to(state.trace_pos);
     image.put_block(0, trace.data(), trace.size());
     if (record.size() >= kgs_words) put_su_header(image, KgsHeader{record.data()}, false, depth);
+    // Some hundred traces a write: large writes, and the image's memory reused.
+    if (i % traces_a_write == 0) resume_next([&] { image.flush(); });
   }
   resume_next([&] { image.flush(); });
   finish_kgs();
@@ -205,10 +209,11 @@ void Convert::Convert_KGS_2_SU() {
 
   std::vector<int16_t> header(kgs_words, 0);
   su::RecordImage image(files, 2);
+  ReadAhead input(files, 1);
   for (int32_t i = 1; i <= state.nb_traces; ++i) {
     resume_next([&] { set_progress("ProgressBar1", i); });
     resume_next([&] { state.trace_pos = su::trace_position(i, state.ns); });
-    resume_next([&] { files[1].read_block(state.trace_pos, header); });
+    resume_next([&] { input.read_block(state.trace_pos, header); });
     image.move_to(state.trace_pos);
     put_su_header(image, KgsHeader{header.data()}, true, depth);
     // Each header goes out alone: the samples between stay as copied.
@@ -266,6 +271,7 @@ void Convert::Convert_SU_2_KGS() {
     files.open(1, file_system_name(native_path(state.file_in)));
     files.open(2, native_path(state.file_out));
     su::RecordImage image(files, 2);
+    ReadAhead input(files, 1);
     std::vector<uint8_t> header(su::header_size, 0);
     for (int32_t i = 1; i <= traces; ++i) {
       set_progress("ProgressBar1", i);
@@ -276,7 +282,7 @@ void Convert::Convert_SU_2_KGS() {
       image.put_i16(4, record_word);
       image.put_i16(6, trace_word);
       image.put_i16(8, direction);
-      files[1].read_block(state.trace_pos, header);
+      input.read_block(state.trace_pos, header);
       for (const auto& place : kgs_places_before_gx)
         image.put_i16(place.offset, to_i16(su_value(header, word(place.key))));
       image.put_i16(70, static_cast<int16_t>(su_value(header, word("gx")) & 0xFFFF));  // the low word of gx
