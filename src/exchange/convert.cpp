@@ -85,11 +85,12 @@ Convert::Convert(App& owner) : Panel(owner, "Convert", [&] {
   const Mode* m = mode_of(owner.state.conversion_mode);
   return std::string(m ? m->caption : design_caption);
 }()) {
+  // Each file button is drawn beside its field.
   auto& in = add(Kind::text, "Text1", "", " ");
   in.on_dblclick = [this] { Lecture(); };
+  add(Kind::button, "Command3", "Input file").on_click = [this] { Lecture(); };
   auto& out = add(Kind::text, "Text2", "", " ");
   out.on_dblclick = [this] { Choix_out(); };
-  add(Kind::button, "Command3", "Input file").on_click = [this] { Lecture(); };
   add(Kind::button, "Command4", "Output file").on_click = [this] { Choix_out(); };
   add(Kind::button, "Command2", "Convert").on_click = [this] { convert_clicked(); };
   add(Kind::button, "Command1", "Cancel").on_click = [this] { unload(); };

@@ -28,9 +28,10 @@ constexpr const char* not_started = " Conversion problem...verify parameters";
 }  // namespace
 
 SU2SGY::SU2SGY(App& owner) : Panel(owner, "SU2SGY", "SU to SEGY ") {
+  // Each file button is drawn beside its field.
   add(Kind::text, "Text1", "", " ");
-  add(Kind::text, "Text2", "", " ");
   add(Kind::button, "Command3", "Input file").on_click = [this] { input_file(); };
+  add(Kind::text, "Text2", "", " ");
   add(Kind::button, "Command4", "Output file").on_click = [this] { output_file(); };
   add(Kind::text, "Text3", "Trace minimum", "1");
   add(Kind::text, "Text4", "Trace maximum", "10000");
