@@ -229,6 +229,24 @@ TEST(Kgs, SuFileWithoutChannelsAsksForTheDataType) {
   EXPECT_EQ(read_bytes(dir.file("stack.DAT")), expected);
 }
 
+// A part record at the end of the SU file: counted by rounding, its
+// header blanked and written like the others; dropped by rounding, it stays
+// as the copy left it.
+TEST(Kgs, SuFileWithAPartRecordKeepsItsTail) {
+  for (size_t tail : {264u, 176u}) {
+    SCOPED_TRACE(tail);
+    TempDir dir;
+    auto su = su_file(4, 50);
+    su.resize(3 * 440 + tail);
+    write_bytes(dir.file("part.su"), su);
+    auto r = run(convert_script("Option11", dir.file("part.su"), dir.file("part.DAT"), ""));
+    EXPECT_EQ(r.with({"\"event\":\"msgbox\""}), (std::vector<std::string>{ok_box}));
+    std::vector<uint8_t> expected = su;
+    for (size_t i = 0; i < (tail > 220 ? 4u : 3u); ++i) put_kgs_words(expected, i * 440, su, {0, tail > 220 ? 4 : 3, 12, 0, 1});
+    EXPECT_EQ(read_bytes(dir.file("part.DAT")), expected);
+  }
+}
+
 // A gx of 40000 does not fit the KGS word: one box, the routine ends, the
 // first traces are written, the third as far as gx, the rest blank.
 TEST(Kgs, WideSuValueEndsWithFileConversionErrorAndPartialOutput) {

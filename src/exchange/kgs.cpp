@@ -4,7 +4,9 @@
 // own. Reading and writing do not use the same places for every word
 // (ep comes back as tracl, sdel is read from the gdel word): files written
 // and read back show it, and other KGS software expects it so.
+#include <algorithm>
 #include <cstring>
+#include <optional>
 #include <filesystem>
 #include <vector>
 
@@ -20,7 +22,9 @@ namespace tf {
 namespace {
 
 namespace fs = std::filesystem;
-using su::word;
+
+// A header word by its key, looked up when compiling.
+consteval const su::HeaderWord& word(std::string_view key) { return su::word(key); }
 
 constexpr const char* kgs_title = "Enter Values not available in KGS header";
 constexpr const char* su_title = "Enter Values not available in SU header";
@@ -85,17 +89,17 @@ void put_su_header(su::RecordImage& image, KgsHeader kgs, bool floating, int32_t
 // SU words into KGS places, in the order they are written. A 4-byte SU
 // word narrows to 16 bits with the overflow error.
 struct KgsPlace {
-  const char* key;
+  const su::HeaderWord* su_word;
   int offset;
 };
 constexpr KgsPlace kgs_places_before_gx[] = {
-    {"tracl", 174}, {"tracr", 182}, {"fldr", 10},   {"tracf", 26}, {"ep", 172},   {"cdp", 22},
-    {"trid", 28},   {"nvs", 30},    {"nhs", 32},    {"offset", 36}, {"gelev", 40}, {"selev", 44},
-    {"gdel", 52},   {"sdel", 56},   {"scalco", 70}, {"sx", 76},     {"sx", 76},    {"sy", 78},
-    {"gx", 70},     {"gy", 72},
+    {&word("tracl"), 174}, {&word("tracr"), 182}, {&word("fldr"), 10},   {&word("tracf"), 26}, {&word("ep"), 172},   {&word("cdp"), 22},
+    {&word("trid"), 28},   {&word("nvs"), 30},    {&word("nhs"), 32},    {&word("offset"), 36}, {&word("gelev"), 40}, {&word("selev"), 44},
+    {&word("gdel"), 52},   {&word("sdel"), 56},   {&word("scalco"), 70}, {&word("sx"), 76},     {&word("sx"), 76},    {&word("sy"), 78},
+    {&word("gx"), 70},     {&word("gy"), 72},
 };
 constexpr KgsPlace kgs_places_after_gx[] = {
-    {"sstat", 98}, {"gstat", 100}, {"tstat", 102}, {"delrt", 108}, {"ns", 114}, {"dt", 116},
+    {&word("sstat"), 98}, {&word("gstat"), 100}, {&word("tstat"), 102}, {&word("delrt"), 108}, {&word("ns"), 114}, {&word("dt"), 116},
 };
 
 int32_t su_value(const std::vector<uint8_t>& header, const su::HeaderWord& w) {
@@ -107,6 +111,27 @@ int32_t su_value(const std::vector<uint8_t>& header, const su::HeaderWord& w) {
   int32_t v;
   std::memcpy(&v, header.data() + w.offset, 4);
   return v;
+}
+
+// The answers that head every KGS trace, at 0, 2, 4, 6 and 8.
+struct KgsAnswers {
+  int16_t data_type, channels, record_word, trace_word, direction;
+};
+
+// The KGS words of one SU trace over its blanked header, in the order of
+// writing; a value too wide for its word stops with the overflow error.
+void put_kgs_header(su::RecordImage& image, const std::vector<uint8_t>& header, const KgsAnswers& answers) {
+  image.put_i16(0, answers.data_type);
+  image.put_i16(2, answers.channels);
+  image.put_i16(4, answers.record_word);
+  image.put_i16(6, answers.trace_word);
+  image.put_i16(8, answers.direction);
+  for (const auto& place : kgs_places_before_gx) image.put_i16(place.offset, to_i16(su_value(header, *place.su_word)));
+  image.put_i16(70, static_cast<int16_t>(su_value(header, word("gx")) & 0xFFFF));  // the low word of gx
+  for (const auto& place : kgs_places_after_gx) image.put_i16(place.offset, to_i16(su_value(header, *place.su_word)));
+  image.put_i16(118, format_mark);
+  image.put_i16(148, to_i16(su_value(header, word("lcf"))));
+  image.put_i16(150, to_i16(su_value(header, word("hcf"))));
 }
 
 void copy_file(const std::string& from, const std::string& to) {
@@ -251,48 +276,49 @@ void Convert::Convert_SU_2_KGS() {
     const int16_t direction = ask_header_value(" Trace direction 1=ascending -1= descending", "1");
 
     files.close_all();
-    copy_file(state.file_in, state.file_out);
     Read_ns_dt(app, state.file_in);
-
-    // The header areas blanked first: what the words below don't write
-    // stays zero.
-    const int32_t traces = state.nb_traces;
-    {
-      files.open(2, native_path(state.file_out));
-      su::RecordImage blank(files, 2);
-      for (int32_t i = 1; i <= traces; ++i) {
-        blank.move_to(su::trace_position(i, state.ns));
-        blank.zero_words(0, su::header_size, 4);
-        blank.flush();
-      }
-      files.close(2);
-    }
-
+    // The output is the input copied whole, every counted header blanked,
+    // then the KGS words written trace by trace. The three go out together,
+    // a few hundred traces a write; the file ends as those steps one after
+    // the other leave it, also when a word stops the words part way.
+    fs::remove(native_path(state.file_out));
     files.open(1, file_system_name(native_path(state.file_in)));
     files.open(2, native_path(state.file_out));
+    const int64_t length = files[1].length();
+    const int64_t record = su::record_size(state.ns);
     su::RecordImage image(files, 2);
     ReadAhead input(files, 1);
-    std::vector<uint8_t> header(su::header_size, 0);
-    for (int32_t i = 1; i <= traces; ++i) {
-      set_progress("ProgressBar1", i);
-      state.trace_pos = su::trace_position(i, state.ns);
-      image.move_to(state.trace_pos);
-      image.put_i16(0, data_type);
-      image.put_i16(2, state.nb_channels);
-      image.put_i16(4, record_word);
-      image.put_i16(6, trace_word);
-      image.put_i16(8, direction);
-      input.read_block(state.trace_pos, header);
-      for (const auto& place : kgs_places_before_gx)
-        image.put_i16(place.offset, to_i16(su_value(header, word(place.key))));
-      image.put_i16(70, static_cast<int16_t>(su_value(header, word("gx")) & 0xFFFF));  // the low word of gx
-      for (const auto& place : kgs_places_after_gx)
-        image.put_i16(place.offset, to_i16(su_value(header, word(place.key))));
-      image.put_i16(118, format_mark);
-      image.put_i16(148, to_i16(su_value(header, word("lcf"))));
-      image.put_i16(150, to_i16(su_value(header, word("hcf"))));
-      image.flush();
+    std::vector<uint8_t> bytes(static_cast<size_t>(std::max<int64_t>(record, su::header_size)), 0);
+    std::optional<RunTimeError> stopped;
+    for (int32_t i = 1; i <= state.nb_traces; ++i) {
+      const int64_t pos = su::trace_position(i, state.ns);
+      const auto inside = static_cast<size_t>(std::clamp<int64_t>(length - pos, 0, record));
+      input.read_at(pos, bytes.data(), inside);
+      image.move_to(pos);
+      image.put_bytes(0, bytes.data(), inside);
+      image.zero_words(0, su::header_size, 4);
+      if (!stopped) {
+        try {
+          set_progress("ProgressBar1", i);
+          state.trace_pos = static_cast<int32_t>(pos);
+          put_kgs_header(image, bytes, KgsAnswers{data_type, state.nb_channels, record_word, trace_word, direction});
+        } catch (const RunTimeError& e) {
+          stopped = e;
+        }
+      }
+      if (i % traces_a_write == 0) image.flush();
     }
+    // Past the counted traces the copy goes on to the end of the input.
+    const int64_t covered = std::max<int64_t>(0, int64_t{state.nb_traces} * record);
+    for (int64_t pos = covered; pos < length; pos += record) {
+      const auto inside = static_cast<size_t>(std::min<int64_t>(length - pos, record));
+      input.read_at(pos, bytes.data(), inside);
+      image.move_to(pos);
+      image.put_bytes(0, bytes.data(), inside);
+    }
+    image.flush();
+    files.close_all();
+    if (stopped) throw *stopped;
     finish_kgs();
   } catch (const RunTimeError&) {
     message(platform, "File conversion error");
