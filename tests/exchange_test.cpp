@@ -76,8 +76,9 @@ TEST(ConvertPanel, SegyToSuWritesOneLineAndDeletesTheOldOutput) {
   write_text(dir.file("line.sgy"), "segy bytes");
   write_text(dir.file("line.SU"), "old output");
   EXPECT_EQ(run_in("convert_segy2su", dir).lines, expected_transcript("convert_segy2su"));
-  EXPECT_EQ(text_of(dir.file("convert.bat")), dir.str() + "/tools/SEGYREAD tape=" + dir.str() + "/line.sgy endian=1 | " +
-                                                  dir.str() + "/tools/SEGYCLEAN >" + dir.str() + "/line.SU\r\n");
+  EXPECT_EQ(text_of(dir.file("convert.bat")), dir.str() + "/tools/SEGYREAD tape=" + dir.str() +
+                                                  "/line.sgy endian=1 | " + dir.str() + "/tools/SEGYCLEAN >" +
+                                                  dir.str() + "/line.SU\r\n");
   EXPECT_FALSE(fs::exists(dir.file("line.SU")));
 }
 
@@ -87,9 +88,10 @@ TEST(ConvertPanel, SegyToSuWithoutLittleEndianPassesZero) {
     TempDir dir;
     write_text(dir.file("a.sgy"), "x");
     run("session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"T/\"\n" +
-        convert_dump("SEGY2SU", std::string("set Convert.Text1 \"") + dir.file("a.sgy") + "\"\nset Convert.Text2 \"o.su\"\n" +
-                                    press + "click Convert.Command2\n"));
-    EXPECT_EQ(text_of(dir.file("convert.bat")), "T/SEGYREAD tape=" + dir.file("a.sgy") + " endian=0 | T/SEGYCLEAN >o.su\r\n");
+        convert_dump("SEGY2SU", std::string("set Convert.Text1 \"") + dir.file("a.sgy") +
+                                    "\"\nset Convert.Text2 \"o.su\"\n" + press + "click Convert.Command2\n"));
+    EXPECT_EQ(text_of(dir.file("convert.bat")),
+              "T/SEGYREAD tape=" + dir.file("a.sgy") + " endian=0 | T/SEGYCLEAN >o.su\r\n");
   }
 }
 
@@ -98,7 +100,8 @@ TEST(ConvertPanel, SegdToSuComposesItsLine) {
   write_text(dir.file("empty.sgd"));
   write_text(dir.file("shot.sgd"), "segd");
   EXPECT_EQ(run_in("convert_entry_checks", dir).lines, expected_transcript("convert_entry_checks"));
-  EXPECT_EQ(text_of(dir.file("convert.bat")), "SEGDREAD tape=" + dir.file("shot.sgd") + " >" + dir.file("SHOT.sgd") + "\r\n");
+  EXPECT_EQ(text_of(dir.file("convert.bat")),
+            "SEGDREAD tape=" + dir.file("shot.sgd") + " >" + dir.file("SHOT.sgd") + "\r\n");
 }
 
 TEST(ConvertPanel, SuToSegyShowsTheTwoLinesAndClosesWithTheTimedBox) {
@@ -107,8 +110,11 @@ TEST(ConvertPanel, SuToSegyShowsTheTwoLinesAndClosesWithTheTimedBox) {
   write_text(dir.file("line.SGY"), "old");
   EXPECT_EQ(run_in("convert_su2segy", dir).lines, expected_transcript("convert_su2segy"));
   const std::string d = dir.str() + "/";
-  EXPECT_EQ(text_of(dir.file("convert.bat")), d + "tools/SEGYHDRS <" + d + "line.su ns= 1024 dt= 500 bfile=binary hfile=header\r\n"
-                                              "copy /b " + d + "header + " + d + "binary + " + d + "line.su " + d + "line.SGY\r\n");
+  EXPECT_EQ(text_of(dir.file("convert.bat")), d + "tools/SEGYHDRS <" + d +
+                                                  "line.su ns= 1024 dt= 500 bfile=binary hfile=header\r\n"
+                                                  "copy /b " +
+                                                  d + "header + " + d + "binary + " + d + "line.su " + d +
+                                                  "line.SGY\r\n");
   EXPECT_FALSE(fs::exists(dir.file("line.SGY")));
 }
 
@@ -124,13 +130,18 @@ TEST(ConvertPanel, EachModeTakesItsCaptionDialogAndOutputName) {
     const char* output;  // from "/d/shot.abcd"
   };
   const Mode modes[] = {
-      {"SEGY2SU", " Conversion SEG-Y to SU", "SEG-Y File selection", "SEG-Y File |*.SGY|All files|*.*|", "*.SGY", "/d/shot.aSU"},
-      {"SU2SEGY", " Conversion SU to SEG-Y", "SU File selection", "SU File |*.SU|All files|*.*|", "*.SU", "/d/shot.abSGY"},
-      {"SEGD2SU", " Conversion SEG-D to SU ", "SEG-D File selection", "SEG-D File |*.SGD|All files|*.*|", "*.SGD", "/d/shot.aSU"},
-      {"KGS2SU", " Conversion KGS-FPT to SU", "KGS File selection", "KGS File |*.SU|All files|*.*|", "*.DAT", "/d/shot.aSU"},
-      {"KGSI2SU", " Conversion KGS Integers to SU ", "KGS Integer File selection", "KGS File |*.EVD|All files|*.*|", "*.EVD",
+      {"SEGY2SU", " Conversion SEG-Y to SU", "SEG-Y File selection", "SEG-Y File |*.SGY|All files|*.*|", "*.SGY",
        "/d/shot.aSU"},
-      {"SU2KGS", " Conversion SU to KGS_FPT", "SU File selection", "SU File |*.SU|All files|*.*|", "*.SU", "/d/shot.abDAT"},
+      {"SU2SEGY", " Conversion SU to SEG-Y", "SU File selection", "SU File |*.SU|All files|*.*|", "*.SU",
+       "/d/shot.abSGY"},
+      {"SEGD2SU", " Conversion SEG-D to SU ", "SEG-D File selection", "SEG-D File |*.SGD|All files|*.*|", "*.SGD",
+       "/d/shot.aSU"},
+      {"KGS2SU", " Conversion KGS-FPT to SU", "KGS File selection", "KGS File |*.SU|All files|*.*|", "*.DAT",
+       "/d/shot.aSU"},
+      {"KGSI2SU", " Conversion KGS Integers to SU ", "KGS Integer File selection", "KGS File |*.EVD|All files|*.*|",
+       "*.EVD", "/d/shot.aSU"},
+      {"SU2KGS", " Conversion SU to KGS_FPT", "SU File selection", "SU File |*.SU|All files|*.*|", "*.SU",
+       "/d/shot.abDAT"},
   };
   for (const auto& m : modes) {
     SCOPED_TRACE(m.mode);
@@ -138,7 +149,8 @@ TEST(ConvertPanel, EachModeTakesItsCaptionDialogAndOutputName) {
                  convert_dump(m.mode, "dialog \"/d/shot.abcd\"\nclick Convert.Command3\nclick Convert.Command4\n"));
     const std::string dump = r.dump("Convert");
     expect_in(dump, {"\"caption\":" + json(m.caption)});
-    EXPECT_EQ(control_in_dump(dump, "Frame1").find("\"visible\":true") != std::string::npos, std::string(m.mode) == "SEGY2SU");
+    EXPECT_EQ(control_in_dump(dump, "Frame1").find("\"visible\":true") != std::string::npos,
+              std::string(m.mode) == "SEGY2SU");
     auto dialogs = r.with({"\"event\":\"dialog\""});
     ASSERT_EQ(dialogs.size(), 2u);
     expect_in(dialogs[0], {"\"title\":" + json(m.title), "\"filter\":" + json(m.filter), "\"file\":" + json(m.file),
@@ -158,8 +170,10 @@ TEST(ConvertPanel, OutputNameIsCutByCharacterCount) {
     const char* answer;
     const char* text2;
   };
-  const Case cases[] = {{"SEGY2SU", "/d/noext", "/d/noSU"}, {"SU2KGS", "/d/a.su", "/d/a.DAT"},
-                        {"SEGY2SU", "ab", " "},               {"SU2SEGY", "a", " "}};
+  const Case cases[] = {{"SEGY2SU", "/d/noext", "/d/noSU"},
+                        {"SU2KGS", "/d/a.su", "/d/a.DAT"},
+                        {"SEGY2SU", "ab", " "},
+                        {"SU2SEGY", "a", " "}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.answer);
     auto r = run(convert_dump(c.mode, std::string("dialog \"") + c.answer + "\"\nclick Convert.Command3\n"));
@@ -186,10 +200,11 @@ TEST(ConvertPanel, SegyToSuLineRunsThroughTheBatchInterpreter) {
   stand_in(dir, "segyread", "echo \"$@\"\n");
   stand_in(dir, "segyclean", "echo cleaned; cat\n");
   write_text(dir.file("line.sgy"), "x");
-  auto r = run_for_real("session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"" + dir.str() + "/tools/\"\n" +
-                   convert_dump("SEGY2SU", "set Convert.Text1 \"" + dir.file("line.sgy") + "\"\nset Convert.Text2 \"" +
-                                               dir.file("line.su") + "\"\nclick Convert.Option1\nclick Convert.Command2\n"),
-                        dir);
+  auto r = run_for_real(
+      "session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"" + dir.str() + "/tools/\"\n" +
+          convert_dump("SEGY2SU", "set Convert.Text1 \"" + dir.file("line.sgy") + "\"\nset Convert.Text2 \"" +
+                                      dir.file("line.su") + "\"\nclick Convert.Option1\nclick Convert.Command2\n"),
+      dir);
   ASSERT_TRUE(r.has({"\"event\":\"shell\"", "\"result\":42"})) << ::testing::PrintToString(r.lines);
   const std::string expected = "cleaned\ntape=" + dir.file("line.sgy") + " endian=1\n";
   for (int i = 0; i < 100 && text_of(dir.file("line.su")) != expected; ++i)
@@ -203,16 +218,16 @@ TEST(ConvertPanel, SegyToSuLineRunsThroughTheBatchInterpreter) {
 // before the SU traces.
 TEST(ConvertPanel, SuToSegyLinesJoinTheHeadersAndTheSuFile) {
   TempDir dir;
-  stand_in(dir, "segyhdrs", "for a; do case $a in bfile=*) head -c 400 /dev/zero >${a#bfile=};; "
-                            "hfile=*) yes C | tr -d \"\\n\" | head -c 3200 >${a#hfile=};; esac; done\n");
+  stand_in(dir, "segyhdrs",
+           "for a; do case $a in bfile=*) head -c 400 /dev/zero >${a#bfile=};; "
+           "hfile=*) yes C | tr -d \"\\n\" | head -c 3200 >${a#hfile=};; esac; done\n");
   const auto su = su_records(4, 1024, 500);
   write_bytes(dir.file("line.su"), su);
-  auto r = run_for_real("session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"" + dir.str() +
-                            "/tools/\"\n" +
-                            convert_dump("SU2SEGY", "set Convert.Text1 \"" + dir.file("line.su") +
-                                                        "\"\nset Convert.Text2 \"" + dir.file("line.sgy") +
-                                                        "\"\nclick Convert.Command2\n"),
-                        dir);
+  auto r = run_for_real(
+      "session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"" + dir.str() + "/tools/\"\n" +
+          convert_dump("SU2SEGY", "set Convert.Text1 \"" + dir.file("line.su") + "\"\nset Convert.Text2 \"" +
+                                      dir.file("line.sgy") + "\"\nclick Convert.Command2\n"),
+      dir);
   ASSERT_TRUE(r.has({"\"event\":\"shell\"", "\"result\":42"})) << ::testing::PrintToString(r.lines);
   wait_for_whole_file(dir.file("line.sgy"));
   auto expected = std::vector<uint8_t>(3200, 'C');
@@ -228,16 +243,18 @@ TEST(ConvertPanel, RealSegyreadConvertsThePublicSample) {
     GTEST_SKIP() << "Seismic Unix is not installed";
   TempDir dir;
   const std::string sample = std::string(TRACEFOLD_SHARED_DATA) + "/segy/small-lsb.sgy";
-  run_for_real("session data_folder \"" + dir.str() + "/\"\n" +
+  run_for_real(
+      "session data_folder \"" + dir.str() + "/\"\n" +
           convert_dump("SEGY2SU", "set Convert.Text1 \"" + sample + "\"\nset Convert.Text2 \"" + dir.file("small.su") +
                                       "\"\nclick Convert.Option1\nclick Convert.Command2\n"),
-               dir);
+      dir);
   wait_for_whole_file(dir.file("small.su"));
-  const std::string check = "/usr/bin/python3 -c \"import segyio,numpy as np,sys; "
-                            "a=segyio.su.open(sys.argv[1],endian='little',ignore_geometry=True); "
-                            "b=segyio.open(sys.argv[2],endian='little',ignore_geometry=True); "
-                            "sys.exit(0 if np.allclose(a.trace.raw[:],b.trace.raw[:]) else 1)\" " +
-                            dir.file("small.su") + " " + sample;
+  const std::string check =
+      "/usr/bin/python3 -c \"import segyio,numpy as np,sys; "
+      "a=segyio.su.open(sys.argv[1],endian='little',ignore_geometry=True); "
+      "b=segyio.open(sys.argv[2],endian='little',ignore_geometry=True); "
+      "sys.exit(0 if np.allclose(a.trace.raw[:],b.trace.raw[:]) else 1)\" " +
+      dir.file("small.su") + " " + sample;
   EXPECT_EQ(std::system(check.c_str()), 0);
 }
 
@@ -261,7 +278,8 @@ TEST(Su2SgyPanel, WholeRecordsGiveAWholeCountAndNoAnswerKeepsTheOutput) {
   TempDir dir;
   write_bytes(dir.file("line.su"), su_records(1000, 10, 250));
   write_text(dir.file("line.SGY"), "old");
-  auto r = run("click Utility.Option15\ndialog \"" + dir.file("line.su") + "\"\nclick SU2SGY.Command3\nreply no\n"
+  auto r = run("click Utility.Option15\ndialog \"" + dir.file("line.su") +
+               "\"\nclick SU2SGY.Command3\nreply no\n"
                "click SU2SGY.Command2\ndump SU2SGY\nset SU2SGY.Text1 \"\"\nclick SU2SGY.Command2\n");
   EXPECT_EQ(texts_in(r.dump("SU2SGY"), {"Text2", "Text4"}), (std::vector<std::string>{dir.file("line.SGY"), "1000"}));
   EXPECT_EQ(r.with({"\"event\":\"msgbox\""}).size(), 1u);  // the question only; the empty input does nothing

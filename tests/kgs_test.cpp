@@ -25,15 +25,15 @@ struct SuWord {
 constexpr int depth = -1000, one = -1001, three = -1003, zero = -1010;
 
 constexpr SuWord su_from_kgs[] = {
-    {0, 4, 170, 172},  {4, 4, 182, 184},  {8, 4, 12, 12},     {12, 4, 16, 26},     {16, 4, 172, 172},
-    {20, 4, 22, 22},   {24, 4, 26, 26},   {28, 2, 28, 28},    {30, 2, 30, 30},     {32, 2, 32, 32},
-    {34, 2, one, one}, {36, 4, 36, 36},   {40, 4, 40, 40},    {44, 4, 44, 44},     {48, 4, depth, depth},
-    {52, 4, 52, 52},   {56, 4, 52, 52},   {60, 2, zero, zero}, {64, 2, zero, zero}, {68, 2, one, one},
-    {70, 2, 70, 70},   {72, 4, 76, 76},   {76, 4, 78, 78},    {80, 4, 70, 70},     {84, 4, 72, 72},
-    {88, 2, one, one}, {90, 2, zero, zero}, {92, 2, zero, zero}, {94, 2, zero, zero}, {96, 2, zero, zero},
-    {98, 2, 98, 98},   {100, 2, 100, 100}, {102, 2, 102, 102}, {104, 2, zero, zero}, {106, 2, zero, zero},
-    {108, 2, 108, 108}, {110, 2, zero, zero}, {112, 2, zero, zero}, {114, 2, 114, 114}, {116, 2, 116, 116},
-    {118, 2, three, three}, {148, 2, 148, 148}, {150, 2, 150, 150},
+    {0, 4, 170, 172},       {4, 4, 182, 184},     {8, 4, 12, 12},       {12, 4, 16, 26},      {16, 4, 172, 172},
+    {20, 4, 22, 22},        {24, 4, 26, 26},      {28, 2, 28, 28},      {30, 2, 30, 30},      {32, 2, 32, 32},
+    {34, 2, one, one},      {36, 4, 36, 36},      {40, 4, 40, 40},      {44, 4, 44, 44},      {48, 4, depth, depth},
+    {52, 4, 52, 52},        {56, 4, 52, 52},      {60, 2, zero, zero},  {64, 2, zero, zero},  {68, 2, one, one},
+    {70, 2, 70, 70},        {72, 4, 76, 76},      {76, 4, 78, 78},      {80, 4, 70, 70},      {84, 4, 72, 72},
+    {88, 2, one, one},      {90, 2, zero, zero},  {92, 2, zero, zero},  {94, 2, zero, zero},  {96, 2, zero, zero},
+    {98, 2, 98, 98},        {100, 2, 100, 100},   {102, 2, 102, 102},   {104, 2, zero, zero}, {106, 2, zero, zero},
+    {108, 2, 108, 108},     {110, 2, zero, zero}, {112, 2, zero, zero}, {114, 2, 114, 114},   {116, 2, 116, 116},
+    {118, 2, three, three}, {148, 2, 148, 148},   {150, 2, 150, 150},
 };
 
 // The SU header words of one KGS trace written over `file` at `pos`; the
@@ -42,10 +42,15 @@ void put_su_words(std::vector<uint8_t>& file, size_t pos, const std::vector<uint
                   bool floating, int32_t source_depth) {
   for (const auto& w : su_from_kgs) {
     const int from = floating ? w.from_float : w.from_integer;
-    int32_t value = from == depth ? source_depth : from == one ? 1 : from == three ? 3 : from == zero ? 0
-                                                                  : value_at<int16_t>(kgs, kgs_pos + static_cast<size_t>(from));
-    if (w.width == 2) put_at<int16_t>(file, pos + w.offset, static_cast<int16_t>(value));
-    else put_at<int32_t>(file, pos + w.offset, value);
+    int32_t value = from == depth   ? source_depth
+                    : from == one   ? 1
+                    : from == three ? 3
+                    : from == zero  ? 0
+                                    : value_at<int16_t>(kgs, kgs_pos + static_cast<size_t>(from));
+    if (w.width == 2)
+      put_at<int16_t>(file, pos + w.offset, static_cast<int16_t>(value));
+    else
+      put_at<int32_t>(file, pos + w.offset, value);
   }
   for (size_t at = 120; at < 240; at += 2)
     if (at != 148 && at != 150) put_at<int16_t>(file, pos + at, 0);
@@ -95,13 +100,12 @@ struct KgsFromSu {
   size_t kgs_offset;
 };
 constexpr KgsFromSu kgs_from_su[] = {
-    {"tracl", 0, 4, 174},   {"tracr", 4, 4, 182},    {"fldr", 8, 4, 10},     {"tracf", 12, 4, 26},
-    {"ep", 16, 4, 172},     {"cdp", 20, 4, 22},      {"trid", 28, 2, 28},    {"nvs", 30, 2, 30},
-    {"nhs", 32, 2, 32},     {"offset", 36, 4, 36},   {"gelev", 40, 4, 40},   {"selev", 44, 4, 44},
-    {"gdel", 52, 4, 52},    {"sdel", 56, 4, 56},     {"scalco", 70, 2, 70},  {"sx", 72, 4, 76},
-    {"sy", 76, 4, 78},      {"gx", 80, 4, 70},       {"gy", 84, 4, 72},      {"sstat", 98, 2, 98},
-    {"gstat", 100, 2, 100}, {"tstat", 102, 2, 102},  {"delrt", 108, 2, 108}, {"ns", 114, 2, 114},
-    {"dt", 116, 2, 116},    {"lcf", 148, 2, 148},    {"hcf", 150, 2, 150},
+    {"tracl", 0, 4, 174},   {"tracr", 4, 4, 182},   {"fldr", 8, 4, 10},     {"tracf", 12, 4, 26}, {"ep", 16, 4, 172},
+    {"cdp", 20, 4, 22},     {"trid", 28, 2, 28},    {"nvs", 30, 2, 30},     {"nhs", 32, 2, 32},   {"offset", 36, 4, 36},
+    {"gelev", 40, 4, 40},   {"selev", 44, 4, 44},   {"gdel", 52, 4, 52},    {"sdel", 56, 4, 56},  {"scalco", 70, 2, 70},
+    {"sx", 72, 4, 76},      {"sy", 76, 4, 78},      {"gx", 80, 4, 70},      {"gy", 84, 4, 72},    {"sstat", 98, 2, 98},
+    {"gstat", 100, 2, 100}, {"tstat", 102, 2, 102}, {"delrt", 108, 2, 108}, {"ns", 114, 2, 114},  {"dt", 116, 2, 116},
+    {"lcf", 148, 2, 148},   {"hcf", 150, 2, 150},
 };
 
 // An SU file of two records of 6 channels, every read word its own value;
@@ -120,8 +124,10 @@ std::vector<uint8_t> su_file(int traces, int ns, int32_t gx_of_third = 0) {
       if (std::string(w.key) == "ns") v = ns;
       if (std::string(w.key) == "dt") v = 250;
       if (std::string(w.key) == "gx" && i == 2 && gx_of_third) v = gx_of_third;
-      if (w.width == 2) put_at<int16_t>(su, pos + w.su_offset, static_cast<int16_t>(v));
-      else put_at<int32_t>(su, pos + w.su_offset, v);
+      if (w.width == 2)
+        put_at<int16_t>(su, pos + w.su_offset, static_cast<int16_t>(v));
+      else
+        put_at<int32_t>(su, pos + w.su_offset, v);
     }
     for (int k = 0; k < ns; ++k) put_at<float>(su, pos + 240 + 4 * static_cast<size_t>(k), 0.5f * k - i);
   }
@@ -136,7 +142,8 @@ void put_kgs_words(std::vector<uint8_t>& kgs, size_t pos, const std::vector<uint
   for (size_t k = 0; k < leading.size(); ++k) put_at<int16_t>(kgs, pos + 2 * k, leading[k]);
   for (size_t n = 0; n < words; ++n) {
     const auto& w = kgs_from_su[n];
-    const int32_t v = w.width == 2 ? value_at<int16_t>(su, pos + w.su_offset) : value_at<int32_t>(su, pos + w.su_offset);
+    const int32_t v =
+        w.width == 2 ? value_at<int16_t>(su, pos + w.su_offset) : value_at<int32_t>(su, pos + w.su_offset);
     put_at<int16_t>(kgs, pos + w.kgs_offset, static_cast<int16_t>(v));  // gx: its low word at 70
   }
   if (words == std::size(kgs_from_su)) put_at<int16_t>(kgs, pos + 118, 21930);
@@ -200,12 +207,14 @@ TEST(Kgs, SuFileGivesTheKgsWordsOfTheTable) {
                               "input \"86\"\ninput \"3.5\"\ninput \"-1\"\n"));
   auto asked = r.with({"\"event\":\"inputbox\""});
   ASSERT_EQ(asked.size(), 3u);
-  expect_in(asked[0], {"\"prompt\":\"Trace-header word of record number for this data set:\\r\\n8   = common recording "
-                       "charnel number   12 = common depth point\\r\\n19 = common offset          86 = commun receiver "
-                       "station number\\r\\n87 = common source station number   92 = common source sequence number\\r\\n\"",
-                       "\"title\":\"Enter Values not available in SU header\"", "\"default\":\"12\""});
+  expect_in(asked[0],
+            {"\"prompt\":\"Trace-header word of record number for this data set:\\r\\n8   = common recording "
+             "charnel number   12 = common depth point\\r\\n19 = common offset          86 = commun receiver "
+             "station number\\r\\n87 = common source station number   92 = common source sequence number\\r\\n\"",
+             "\"title\":\"Enter Values not available in SU header\"", "\"default\":\"12\""});
   expect_in(asked[1], {"\"prompt\":\"Trace-header word of trace number within each record\\r\\n0   = input order of "
-                       "seismic data to be sorted \\r\\n\"", "\"default\":\"0\""});
+                       "seismic data to be sorted \\r\\n\"",
+                       "\"default\":\"0\""});
   expect_in(asked[2], {"\"prompt\":\" Trace direction 1=ascending -1= descending\"", "\"default\":\"1\""});
   EXPECT_EQ(r.with({"\"event\":\"msgbox\""}), (std::vector<std::string>{ok_box}));
   std::vector<uint8_t> expected = su;
@@ -223,7 +232,8 @@ TEST(Kgs, SuFileWithoutChannelsAsksForTheDataType) {
   auto asked = r.with({"\"event\":\"inputbox\""});
   ASSERT_EQ(asked.size(), 5u);  // the channel count of the geometry scan, then the four
   expect_in(asked[1], {"\"prompt\":\" Data type: 0 = raw field; 1 = CDP gather\\r\\n2 = CDP stacked; 3 = trace number "
-                       "index\\r\\n4 = Velocity Scan\\r\\n\"", "\"default\":\"2\""});
+                       "index\\r\\n4 = Velocity Scan\\r\\n\"",
+                       "\"default\":\"2\""});
   std::vector<uint8_t> expected = su;
   for (size_t i = 0; i < 6; ++i) put_kgs_words(expected, i * 320, su, {2, 0, 12, 0, 1});
   EXPECT_EQ(read_bytes(dir.file("stack.DAT")), expected);
@@ -242,7 +252,8 @@ TEST(Kgs, SuFileWithAPartRecordKeepsItsTail) {
     auto r = run(convert_script("Option11", dir.file("part.su"), dir.file("part.DAT"), ""));
     EXPECT_EQ(r.with({"\"event\":\"msgbox\""}), (std::vector<std::string>{ok_box}));
     std::vector<uint8_t> expected = su;
-    for (size_t i = 0; i < (tail > 220 ? 4u : 3u); ++i) put_kgs_words(expected, i * 440, su, {0, tail > 220 ? 4 : 3, 12, 0, 1});
+    for (size_t i = 0; i < (tail > 220 ? 4u : 3u); ++i)
+      put_kgs_words(expected, i * 440, su, {0, tail > 220 ? 4 : 3, 12, 0, 1});
     EXPECT_EQ(read_bytes(dir.file("part.DAT")), expected);
   }
 }
@@ -258,7 +269,8 @@ TEST(Kgs, WideSuValueEndsWithFileConversionErrorAndPartialOutput) {
   EXPECT_FALSE(r.has({"\"event\":\"unload\",\"panel\":\"Convert\""}));
   std::vector<uint8_t> expected = su;
   const size_t before_gx = 17;  // tracl ... sy
-  for (size_t i = 0; i < 12; ++i) put_kgs_words(expected, i * 440, su, {0, 6, 12, 0, 1}, i < 2 ? 27 : i == 2 ? before_gx : 0);
+  for (size_t i = 0; i < 12; ++i)
+    put_kgs_words(expected, i * 440, su, {0, 6, 12, 0, 1}, i < 2 ? 27 : i == 2 ? before_gx : 0);
   for (size_t i = 3; i < 12; ++i)
     for (size_t at = 0; at < 10; ++at) expected[i * 440 + at] = 0;
   EXPECT_EQ(read_bytes(dir.file("wide.DAT")), expected);

@@ -72,6 +72,17 @@ void delete_file(const std::string& name) {
 
 }  // namespace
 
+std::string exchange_dialog(Platform& platform, const std::string& folder, const std::string& title,
+                            const std::string& filter, const std::string& start_name) {
+  FileDialogRequest dialog;
+  dialog.initial_dir = folder;
+  dialog.title = title;
+  dialog.filter = filter;
+  dialog.file_name = start_name;
+  dialog.filter_index = 1;
+  return platform.file_dialog(dialog);
+}
+
 void converter_ok_box(Platform& platform) {
   MessageBoxRequest box;
   box.text = "Conversion OK";
@@ -114,13 +125,7 @@ void Convert::form_load() {
 void Convert::Lecture() {
   const Mode* m = mode_of(state.conversion_mode);
   if (!m) return;
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = m->title;
-  dialog.filter = m->filter;
-  dialog.file_name = m->start_name;
-  dialog.filter_index = 1;
-  const std::string name = platform.file_dialog(dialog);
+  const std::string name = exchange_dialog(platform, state.data_folder, m->title, m->filter, m->start_name);
   set_text("Text1", name);
   // A name shorter than the part it loses ends the routine.
   if (name.size() < m->cut) return;
@@ -128,13 +133,7 @@ void Convert::Lecture() {
 }
 
 void Convert::Choix_out() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = output_title;
-  dialog.filter = output_filter;
-  dialog.file_name = output_start_name;
-  dialog.filter_index = 1;
-  set_text("Text2", platform.file_dialog(dialog));
+  set_text("Text2", exchange_dialog(platform, state.data_folder, output_title, output_filter, output_start_name));
 }
 
 void Convert::convert_clicked() {

@@ -6,8 +6,8 @@
 // and read back show it, and other KGS software expects it so.
 #include <algorithm>
 #include <cstring>
-#include <optional>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "exchange/convert.h"
@@ -93,13 +93,14 @@ struct KgsPlace {
   int offset;
 };
 constexpr KgsPlace kgs_places_before_gx[] = {
-    {&word("tracl"), 174}, {&word("tracr"), 182}, {&word("fldr"), 10},   {&word("tracf"), 26}, {&word("ep"), 172},   {&word("cdp"), 22},
-    {&word("trid"), 28},   {&word("nvs"), 30},    {&word("nhs"), 32},    {&word("offset"), 36}, {&word("gelev"), 40}, {&word("selev"), 44},
-    {&word("gdel"), 52},   {&word("sdel"), 56},   {&word("scalco"), 70}, {&word("sx"), 76},     {&word("sx"), 76},    {&word("sy"), 78},
-    {&word("gx"), 70},     {&word("gy"), 72},
+    {&word("tracl"), 174}, {&word("tracr"), 182}, {&word("fldr"), 10}, {&word("tracf"), 26}, {&word("ep"), 172},
+    {&word("cdp"), 22},    {&word("trid"), 28},   {&word("nvs"), 30},  {&word("nhs"), 32},   {&word("offset"), 36},
+    {&word("gelev"), 40},  {&word("selev"), 44},  {&word("gdel"), 52}, {&word("sdel"), 56},  {&word("scalco"), 70},
+    {&word("sx"), 76},     {&word("sx"), 76},     {&word("sy"), 78},   {&word("gx"), 70},    {&word("gy"), 72},
 };
 constexpr KgsPlace kgs_places_after_gx[] = {
-    {&word("sstat"), 98}, {&word("gstat"), 100}, {&word("tstat"), 102}, {&word("delrt"), 108}, {&word("ns"), 114}, {&word("dt"), 116},
+    {&word("sstat"), 98},  {&word("gstat"), 100}, {&word("tstat"), 102},
+    {&word("delrt"), 108}, {&word("ns"), 114},    {&word("dt"), 116},
 };
 
 int32_t su_value(const std::vector<uint8_t>& header, const su::HeaderWord& w) {
@@ -264,12 +265,12 @@ void Convert::Convert_SU_2_KGS() {
       data_type = ask_header_value(" Data type: 0 = raw field; 1 = CDP gather" + crlf +
                                        "2 = CDP stacked; 3 = trace number index" + crlf + "4 = Velocity Scan" + crlf,
                                    "2");
-    const int16_t record_word = ask_header_value(
-        "Trace-header word of record number for this data set:" + crlf +
-            "8   = common recording charnel number   12 = common depth point" + crlf +
-            "19 = common offset          86 = commun receiver station number" + crlf +
-            "87 = common source station number   92 = common source sequence number" + crlf,
-        "12");
+    const int16_t record_word =
+        ask_header_value("Trace-header word of record number for this data set:" + crlf +
+                             "8   = common recording charnel number   12 = common depth point" + crlf +
+                             "19 = common offset          86 = commun receiver station number" + crlf +
+                             "87 = common source station number   92 = common source sequence number" + crlf,
+                         "12");
     const int16_t trace_word = ask_header_value("Trace-header word of trace number within each record" + crlf +
                                                     "0   = input order of seismic data to be sorted " + crlf,
                                                 "0");

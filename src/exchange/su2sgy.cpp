@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "exchange/convert.h"
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
@@ -47,13 +48,8 @@ SU2SGY::SU2SGY(App& owner) : Panel(owner, "SU2SGY", "SU to SEGY ") {
 // The trace count is shown as the division gives it: a short last record
 // leaves a fraction.
 void SU2SGY::input_file() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "SU file selection";
-  dialog.filter = "SU file |*.SU*|All files|*.*|";
-  dialog.file_name = "*.SU";
-  dialog.filter_index = 1;
-  const std::string name = platform.file_dialog(dialog);
+  const std::string name =
+      exchange_dialog(platform, state.data_folder, "SU file selection", "SU file |*.SU*|All files|*.*|", "*.SU");
   set_text("Text1", name);
   state.file_in = name;
   resume_next([&] {
@@ -73,13 +69,8 @@ void SU2SGY::input_file() {
 }
 
 void SU2SGY::output_file() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "SEG-Y file selection";
-  dialog.filter = "SEGY |*.SGY*|All files|*.*|";
-  dialog.file_name = "*.SGY";
-  dialog.filter_index = 1;
-  set_text("Text2", platform.file_dialog(dialog));
+  set_text("Text2", exchange_dialog(platform, state.data_folder, "SEG-Y file selection", "SEGY |*.SGY*|All files|*.*|",
+                                    "*.SGY"));
 }
 
 // The fields go into the command line as typed.
@@ -88,7 +79,8 @@ void SU2SGY::convert() {
   if (state.file_in.empty()) return;
   const std::string output = text("Text2");
   if (File_Exists(output) == 1) {
-    if (message(platform, output + " already exists, delete this file ?", Icon::question, Buttons::yes_no) == Answer::no)
+    if (message(platform, output + " already exists, delete this file ?", Icon::question, Buttons::yes_no) ==
+        Answer::no)
       return;
     std::error_code ec;
     std::filesystem::remove(native_path(output), ec);

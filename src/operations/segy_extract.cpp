@@ -57,7 +57,9 @@ void Extract_SEGY(App& app) {
 
   int32_t traces = 0;
   int16_t ns = 0;
-  resume_next([&] { traces = to_i32(leading_number(ask(platform, " How many traces would you extract from " + input, "120"))); });
+  resume_next([&] {
+    traces = to_i32(leading_number(ask(platform, " How many traces would you extract from " + input, "120")));
+  });
   if (traces == 0) return;
   resume_next([&] { ns = to_i16(leading_number(ask(platform, " How many samples per trace in " + input, "1024"))); });
   if (ns == 0) return;
@@ -65,7 +67,8 @@ void Extract_SEGY(App& app) {
   // The trace size is a 16-bit product: past 8131 samples it overflows and
   // the count stays 0. The buffer holds one byte more than the count.
   int32_t bytes = 0;
-  resume_next([&] { bytes = i32_add(i32_mul(traces, i16_add(i16_mul(ns, 4), su::header_size)), su::segy_file_header); });
+  resume_next(
+      [&] { bytes = i32_add(i32_mul(traces, i16_add(i16_mul(ns, 4), su::header_size)), su::segy_file_header); });
   std::vector<uint8_t> buffer;
   resume_next([&] {
     if (bytes < 0) throw RunTimeError(err::subscript);
