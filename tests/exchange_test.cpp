@@ -334,3 +334,25 @@ TEST(SegyExtractor, SizesAndEarlyEnds) {
   auto r = run("dialog \"a.sgy\"\nclick Utility.Command11\n");
   EXPECT_EQ(r.with({"\"event\":\"dialog\""}).size(), 1u);
 }
+
+// Missing and garbled inputs: nothing is made where the name points, the
+// fields keep what they held, and the extractor writes its count of zeros.
+TEST(SegyExtractor, MissingOrGarbledInputsChangeNothingOnDisk) {
+  TempDir dir;
+  auto r =
+      run("click Utility.Option15\ndialog \"" + dir.file("missing.su") + "\"\nclick SU2SGY.Command3\ndump SU2SGY\n");
+  EXPECT_EQ(texts_in(r.dump("SU2SGY"), {"Text2", "Text4"}),
+            (std::vector<std::string>{dir.file("missing.SGY"), "10000"}));
+  EXPECT_FALSE(fs::exists(dir.file("missing.su")));
+
+  std::vector<uint8_t> garbled(300, 0xFF);  // ns -1: the count divides by 236
+  write_bytes(dir.file("garbled.su"), garbled);
+  r = run("click Utility.Option15\ndialog \"" + dir.file("garbled.su") + "\"\nclick SU2SGY.Command3\ndump SU2SGY\n");
+  EXPECT_EQ(text_in(r.dump("SU2SGY"), "Text4"), "1.27118644067797");
+  EXPECT_EQ(read_bytes(dir.file("garbled.su")), garbled);
+
+  run("dialog \"" + dir.file("missing.sgy") + "\"\ndialog \"" + dir.file("out.sgy") +
+      "\"\ninput \"1\"\ninput \"10\"\nclick Utility.Command11\n");
+  EXPECT_FALSE(fs::exists(dir.file("missing.sgy")));
+  EXPECT_EQ(read_bytes(dir.file("out.sgy")), std::vector<uint8_t>(3600 + 280 + 1, 0));
+}

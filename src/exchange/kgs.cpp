@@ -165,7 +165,7 @@ void Convert::Convert_KGSI_2_SU() {
   if (!entry_checks()) return;
   resume_next([&] { fs::remove(native_path(state.file_out)); });
   int16_t data_type = 0, samples = 0;  // samples: the 16-bit local that all sizes come from
-  resume_next([&] { files.open(1, file_system_name(native_path(state.file_in))); });
+  resume_next([&] { open_existing(files, 1, state.file_in); });
   resume_next([&] { files[1].read_value(0, data_type); });  // read, and no use is made of it
   resume_next([&] { files[1].read_value(16, state.nb_channels); });
   resume_next([&] { files[1].read_value(word("ns").offset, samples); });
@@ -192,7 +192,7 @@ void Convert::Convert_KGSI_2_SU() {
     record.assign(static_cast<size_t>(samples) + 120, 0);
     trace.assign(static_cast<size_t>(samples) + 60, 0.0f);
   });
-  resume_next([&] { files.open(1, file_system_name(native_path(state.file_in))); });
+  resume_next([&] { open_existing(files, 1, state.file_in); });
   resume_next([&] { files.open(2, native_path(state.file_out)); });
   auto& bar = (*this)["ProgressBar1"];
   bar.visible = true;
@@ -229,7 +229,7 @@ void Convert::Convert_KGS_2_SU() {
   // The samples travel with the copy, byte for byte; only headers change.
   resume_next([&] { copy_file(state.file_in, state.file_out); });
   const int32_t depth = ask_source_depth();
-  resume_next([&] { files.open(1, file_system_name(native_path(state.file_in))); });
+  resume_next([&] { open_existing(files, 1, state.file_in); });
   resume_next([&] { files.open(2, native_path(state.file_out)); });
   // The output is deleted here too, while it is open: that fails, unnoticed.
 
@@ -283,7 +283,7 @@ void Convert::Convert_SU_2_KGS() {
     // a few hundred traces a write; the file ends as those steps one after
     // the other leave it, also when a word stops the words part way.
     fs::remove(native_path(state.file_out));
-    files.open(1, file_system_name(native_path(state.file_in)));
+    open_existing(files, 1, state.file_in);
     files.open(2, native_path(state.file_out));
     const int64_t length = files[1].length();
     const int64_t record = su::record_size(state.ns);

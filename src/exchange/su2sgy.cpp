@@ -57,7 +57,7 @@ void SU2SGY::input_file() {
     set_text("Text2", name.substr(0, name.size() - 2) + "SGY");
   });
   int16_t ns = 0;
-  resume_next([&] { files.open(1, file_system_name(native_path(name))); });
+  resume_next([&] { open_existing(files, 1, name); });
   resume_next([&] { files[1].read_value(su::word("ns").offset, ns); });
   resume_next([&] { files[1].read_value(su::word("dt").offset, state.dt); });
   resume_next([&] {

@@ -1,9 +1,12 @@
 #include "frame/file_selection.h"
 
+#include <filesystem>
+
 #include "frame/conventions.h"
 #include "frame/helpers.h"
 #include "frame/panel.h"
 #include "frame/paths.h"
+#include "su/binary_file.h"
 
 namespace tf {
 
@@ -67,6 +70,13 @@ std::string file_system_name(const std::string& name) {
   while (!s.empty() && s.back() == ' ') s.pop_back();
   if (s.find_first_of("*?") != std::string::npos) throw RunTimeError(err::bad_file_number);
   return s;
+}
+
+void open_existing(FileTable& files, int number, const std::string& name) {
+  const std::string path = file_system_name(native_path(name));
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
+  files.open(number, path);
 }
 
 std::string output_name_dialog(Platform& platform, const std::string& initial_dir) {

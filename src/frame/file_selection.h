@@ -10,6 +10,7 @@
 namespace tf {
 
 struct Control;
+class FileTable;
 
 // A table of 100 texts: pieces past index 99 are lost, the count keeps them.
 inline constexpr int selection_capacity = 100;
@@ -52,6 +53,10 @@ std::string list_entry(const Control& list, int index);
 // wildcard makes a bad file name (error 52), as on the desktop the records
 // come from.
 std::string file_system_name(const std::string& name);
+
+// Opens an input as file `number`; a missing file is error 53 and is not
+// made, as the binary open would make it.
+void open_existing(FileTable& files, int number, const std::string& name);
 
 // The output-name dialog of the importers: "SU File name selection", *.SU.
 // Gives the name that comes back (the start name on a cancel).

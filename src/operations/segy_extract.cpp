@@ -78,7 +78,7 @@ void Extract_SEGY(App& app) {
       throw RunTimeError(err::out_of_memory);
     }
   });
-  resume_next([&] { files.open(1, file_system_name(native_path(input))); });
+  resume_next([&] { open_existing(files, 1, input); });
   resume_next([&] { files.open(2, file_system_name(native_path(output))); });
   resume_next([&] { files[1].read_block(0, buffer); });
   resume_next([&] { files[2].write_block(0, buffer); });
