@@ -276,6 +276,18 @@ TEST(Kgs, WideSuValueEndsWithFileConversionErrorAndPartialOutput) {
   EXPECT_EQ(read_bytes(dir.file("wide.DAT")), expected);
 }
 
+// An absurd ns in the SU file counts no traces: the output is the copy.
+TEST(Kgs, SuFileWithAbsurdNsIsCopiedAsItStands) {
+  TempDir dir;
+  auto su = su_file(3, 10);
+  put_at<int16_t>(su, 114, -100);
+  write_bytes(dir.file("odd.su"), su);
+  auto r = run(convert_script("Option11", dir.file("odd.su"), dir.file("odd.DAT"), ""));
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_EQ(read_bytes(dir.file("odd.DAT")), su);
+  EXPECT_EQ(read_bytes(dir.file("odd.su")), su);
+}
+
 // Bad answers count as 0; a question answered past 16 bits is a run-time
 // error of the routine.
 TEST(Kgs, AnswerOutside16BitsIsAConversionError) {

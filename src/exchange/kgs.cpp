@@ -32,6 +32,13 @@ constexpr const char* depth_prompt = " Source depth below surface";
 constexpr int16_t format_mark = 21930;  // 55AA hexadecimal, at byte 118
 constexpr int kgs_words = su::header_size / 2;
 constexpr int32_t traces_a_write = 256;
+constexpr int64_t copy_step = 1 << 20;
+
+// How much of a piece of `size` bytes lies in the `left` bytes before the
+// end of a file.
+size_t part_inside(int64_t left, int64_t size) {
+  return static_cast<size_t>(std::max<int64_t>(0, std::min(left, size)));
+}
 
 // A KGS header as read: its 16-bit words by byte offset.
 struct KgsHeader {
@@ -293,7 +300,7 @@ void Convert::Convert_SU_2_KGS() {
     std::optional<RunTimeError> stopped;
     for (int32_t i = 1; i <= state.nb_traces; ++i) {
       const int64_t pos = su::trace_position(i, state.ns);
-      const auto inside = static_cast<size_t>(std::clamp<int64_t>(length - pos, 0, record));
+      const size_t inside = part_inside(length - pos, record);
       input.read_at(pos, bytes.data(), inside);
       image.move_to(pos);
       image.put_bytes(0, bytes.data(), inside);
@@ -310,12 +317,14 @@ void Convert::Convert_SU_2_KGS() {
       if (i % traces_a_write == 0) image.flush();
     }
     // Past the counted traces the copy goes on to the end of the input.
-    const int64_t covered = std::max<int64_t>(0, int64_t{state.nb_traces} * record);
-    for (int64_t pos = covered; pos < length; pos += record) {
-      const auto inside = static_cast<size_t>(std::min<int64_t>(length - pos, record));
+    const int64_t covered = state.nb_traces > 0 && record > 0 ? int64_t{state.nb_traces} * record : 0;
+    bytes.resize(std::max<size_t>(bytes.size(), copy_step));
+    for (int64_t pos = covered; pos < length; pos += copy_step) {
+      const size_t inside = part_inside(length - pos, copy_step);
       input.read_at(pos, bytes.data(), inside);
       image.move_to(pos);
       image.put_bytes(0, bytes.data(), inside);
+      image.flush();
     }
     image.flush();
     files.close_all();
