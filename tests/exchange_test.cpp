@@ -69,6 +69,14 @@ std::string convert_dump(const std::string& mode, const std::string& more = "") 
   return "session conversion_mode \"" + mode + "\"\nshow Convert\n" + more + "dump Convert\n";
 }
 
+// A conversion of the mode in `dir`, the tools in its folder "tools".
+std::string convert_with_tools(const TempDir& dir, const std::string& mode, const std::string& in,
+                               const std::string& out, const std::string& before_convert = "") {
+  return "session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"" + dir.str() + "/tools/\"\n" +
+         convert_dump(mode, "set Convert.Text1 \"" + dir.file(in) + "\"\nset Convert.Text2 \"" + dir.file(out) +
+                                "\"\n" + before_convert + "click Convert.Command2\n");
+}
+
 }  // namespace
 
 TEST(ConvertPanel, SegyToSuWritesOneLineAndDeletesTheOldOutput) {
@@ -200,11 +208,7 @@ TEST(ConvertPanel, SegyToSuLineRunsThroughTheBatchInterpreter) {
   stand_in(dir, "segyread", "echo \"$@\"\n");
   stand_in(dir, "segyclean", "echo cleaned; cat\n");
   write_text(dir.file("line.sgy"), "x");
-  auto r = run_for_real(
-      "session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"" + dir.str() + "/tools/\"\n" +
-          convert_dump("SEGY2SU", "set Convert.Text1 \"" + dir.file("line.sgy") + "\"\nset Convert.Text2 \"" +
-                                      dir.file("line.su") + "\"\nclick Convert.Option1\nclick Convert.Command2\n"),
-      dir);
+  auto r = run_for_real(convert_with_tools(dir, "SEGY2SU", "line.sgy", "line.su", "click Convert.Option1\n"), dir);
   ASSERT_TRUE(r.has({"\"event\":\"shell\"", "\"result\":42"})) << ::testing::PrintToString(r.lines);
   const std::string expected = "cleaned\ntape=" + dir.file("line.sgy") + " endian=1\n";
   for (int i = 0; i < 100 && text_of(dir.file("line.su")) != expected; ++i)
@@ -223,11 +227,7 @@ TEST(ConvertPanel, SuToSegyLinesJoinTheHeadersAndTheSuFile) {
            "hfile=*) yes C | tr -d \"\\n\" | head -c 3200 >${a#hfile=};; esac; done\n");
   const auto su = su_records(4, 1024, 500);
   write_bytes(dir.file("line.su"), su);
-  auto r = run_for_real(
-      "session data_folder \"" + dir.str() + "/\"\nsession su_tools_folder \"" + dir.str() + "/tools/\"\n" +
-          convert_dump("SU2SEGY", "set Convert.Text1 \"" + dir.file("line.su") + "\"\nset Convert.Text2 \"" +
-                                      dir.file("line.sgy") + "\"\nclick Convert.Command2\n"),
-      dir);
+  auto r = run_for_real(convert_with_tools(dir, "SU2SEGY", "line.su", "line.sgy"), dir);
   ASSERT_TRUE(r.has({"\"event\":\"shell\"", "\"result\":42"})) << ::testing::PrintToString(r.lines);
   wait_for_whole_file(dir.file("line.sgy"));
   auto expected = std::vector<uint8_t>(3200, 'C');
