@@ -1,7 +1,6 @@
 #include "exchange/convert.h"
 
 #include <filesystem>
-#include <iterator>
 
 #include "frame/helpers.h"
 #include "frame/paths.h"
