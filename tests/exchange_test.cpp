@@ -293,7 +293,10 @@ TEST(Su2SgyPanel, ShellFailureSaysConversionProblem) {
     using ScriptPlatform::ScriptPlatform;
     int shell_execute(const ShellRequest&) override { return 0; }
   };
-  Recording<Refusing> rec;
+  TempDir dir;
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  Recording<Refusing> rec(options);
   rec.app.panels.show("Utility");
   Panel* panel = rec.app.panels.show("SU2SGY");
   panel->set_text("Text1", "/d/in.su");
