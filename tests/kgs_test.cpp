@@ -300,7 +300,7 @@ TEST(Kgs, AnswerOutside16BitsIsAConversionError) {
 
 // Garbled and short KGS input: no crash, the output is what the routines
 // make of it, the input untouched.
-TEST(Kgs, ShortAndGarbledIntegerFilesConvertWithoutHarm) {
+TEST(Kgs, ShortAndGarbledFilesConvertWithoutHarm) {
   TempDir dir;
   struct Case {
     const char* name;
@@ -310,13 +310,18 @@ TEST(Kgs, ShortAndGarbledIntegerFilesConvertWithoutHarm) {
   put_at<int16_t>(absurd, 114, -30000);  // negative ns
   std::vector<uint8_t> huge(600, 0);
   put_at<int16_t>(huge, 114, 20000);  // 2 x ns + 240 overflows 16 bits
+  std::vector<uint8_t> no_record(600, 0);
+  put_at<int16_t>(no_record, 114, -60);  // 4 x ns + 240 is 0
   std::vector<uint8_t> short_record(100, 3);
-  for (const auto& c : std::vector<Case>{{"absurd", absurd}, {"huge", huge}, {"short", short_record}}) {
-    SCOPED_TRACE(c.name);
-    write_bytes(dir.file("in.EVD"), c.bytes);
-    auto r = run(convert_script("Option3", dir.file("in.EVD"), dir.file("out.SU"), ""));
-    EXPECT_EQ(r.exit_code, 0);
-    EXPECT_EQ(r.with({"\"event\":\"msgbox\""}), (std::vector<std::string>{ok_box}));
-    EXPECT_EQ(read_bytes(dir.file("in.EVD")), c.bytes);
+  for (const char* option : {"Option3", "Option9"}) {
+    for (const auto& c :
+         std::vector<Case>{{"absurd", absurd}, {"huge", huge}, {"no record", no_record}, {"short", short_record}}) {
+      SCOPED_TRACE(std::string(option) + " " + c.name);
+      write_bytes(dir.file("in.KGS"), c.bytes);
+      auto r = run(convert_script(option, dir.file("in.KGS"), dir.file("out.SU"), ""));
+      EXPECT_EQ(r.exit_code, 0);
+      EXPECT_EQ(r.with({"\"event\":\"msgbox\""}), (std::vector<std::string>{ok_box}));
+      EXPECT_EQ(read_bytes(dir.file("in.KGS")), c.bytes);
+    }
   }
 }
