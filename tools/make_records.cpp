@@ -4,12 +4,14 @@
 //   make-records oyo FOLDER COUNT [CHANNELS] [SAMPLES] [SAMPLE_BYTES]
 //   make-records ascii FOLDER COUNT [TRACES] [SAMPLES] [RADAR]
 //   make-records ascii-traces FOLDER COUNT [SAMPLES]
+//   make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]
 // ES-1225: a file header, then per channel the int16 samples and 48 bytes;
 // ABEM Mark 3: a 2048-byte header of text lines, then per channel the int16
 // samples; OYO McSEIS 170: a 6144-byte header with text columns, then per
 // channel four bytes a sample (SAMPLE_BYTES 4 long integers, 2 short, 1
 // floats); ASCII: a comma-separated matrix a file (RADAR 1 adds its DZT head)
-// or one trace a file. The samples are a shot gather with a first arrival moving out by
+// or one trace a file; KGS: one file of traces with a 240-byte header of
+// 16-bit words, int16 samples or, with FLOATING 1, float32. The samples are a shot gather with a first arrival moving out by
 // channel.
 #include <iostream>
 #include <string>
@@ -23,13 +25,23 @@ int main(int argc, char** argv) {
                  "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n"
                  "       make-records oyo FOLDER COUNT [CHANNELS] [SAMPLES] [SAMPLE_BYTES]\n"
                  "       make-records ascii FOLDER COUNT [TRACES] [SAMPLES] [RADAR]\n"
-                 "       make-records ascii-traces FOLDER COUNT [SAMPLES]\n";
+                 "       make-records ascii-traces FOLDER COUNT [SAMPLES]\n"
+                 "       make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]\n";
     return 2;
   }
   std::string format = argv[1], folder = argv[2];
   int count = std::stoi(argv[3]);
   // The optional numbers after the count, 0 where not given.
   auto option = [&](int i) { return argc > 3 + i ? std::stoi(argv[3 + i]) : 0; };
+  if (format == "kgs") {
+    tf::gen::KgsLayout layout;
+    layout.traces = count;
+    if (option(1)) layout.channels = option(1);
+    if (option(2)) layout.samples = option(2);
+    layout.floating = option(3) != 0;
+    std::cout << tf::gen::write_kgs(folder, layout) << "\n";
+    return 0;
+  }
   for (int i = 1; i <= count; ++i) {
     if (format == "es1225") {
       tf::gen::Es1225Layout layout;

@@ -40,4 +40,21 @@ std::vector<uint8_t> abem_record(int record, const AbemLayout& layout);
 // Writes record `record` as FOLDER/recNNN.abm and gives its path.
 std::string write_abem(const std::string& folder, int record, const AbemLayout& layout);
 
+struct KgsLayout {
+  int traces = 24;
+  int channels = 24;  // traces a record: the channel word at 16 counts 1..channels
+  int samples = 1000;
+  int dt = 500;
+  bool floating = false;  // float32 samples (KGS-FPT, *.DAT), else int16 (*.EVD)
+};
+
+// Header word at `offset` of KGS trace `trace` (from 1): the channel at 16,
+// the record at 10 and 12, samples at 114, dt at 116, 21930 at 118, and a
+// value of its own, negative for some, at every other even offset.
+int16_t kgs_word(const KgsLayout& layout, int trace, int offset);
+// A KGS file: traces of a 240-byte header of 16-bit words, then the samples
+// of the shot gather.
+std::vector<uint8_t> kgs_file(const KgsLayout& layout);
+std::string write_kgs(const std::string& path, const KgsLayout& layout);
+
 }  // namespace tf::gen

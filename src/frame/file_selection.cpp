@@ -6,6 +6,7 @@
 #include "frame/helpers.h"
 #include "frame/panel.h"
 #include "frame/paths.h"
+#include "su/binary_file.h"
 
 namespace tf {
 
@@ -73,7 +74,7 @@ std::string file_system_name(const std::string& name) {
 }
 
 void open_record(FileTable& files, int number, const std::string& name) {
-  const std::string path = file_system_name(name);
+  const std::string path = file_system_name(native_path(name));
   std::error_code ec;
   if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
   files.open(number, path);

@@ -2,6 +2,8 @@
 // show it by.
 #include "frame/batch_runner.h"
 #include "frame/panel.h"
+#include "exchange/convert.h"
+#include "exchange/su2sgy.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
 #include "importers/bison.h"
@@ -13,6 +15,7 @@
 #include "importers/es1225.h"
 #include "importers/oyo.h"
 #include "importers/xascii2su.h"
+#include "operations/segy_extract.h"
 
 namespace tf {
 
@@ -35,6 +38,9 @@ void register_all_panels(App& app) {
   app.panels.add("oyo", make<oyo>());
   app.panels.add("ASCII2SU", make<ASCII2SU>());
   app.panels.add("XASCII2SU", make<XASCII2SU>());
+  app.panels.add("Convert", make<Convert>());
+  app.panels.add("SU2SGY", make<SU2SGY>());
+  app.routines["Extract_SEGY"] = Extract_SEGY;
 }
 
 }  // namespace tf

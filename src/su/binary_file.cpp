@@ -1,5 +1,6 @@
 #include "su/binary_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -154,6 +155,19 @@ std::string TextLines::next_line() {
     break;
   }
   return line;
+}
+
+void ReadAhead::read_at(int64_t pos, void* data, size_t size) {
+  BinaryFile& file = files_[number_];
+  if (pos < 0) throw RunTimeError(63);  // bad record number
+  const int64_t inside = std::min<int64_t>(static_cast<int64_t>(size), std::max<int64_t>(0, file.length() - pos));
+  if (inside == 0) return;
+  if (pos < start_ || pos + inside > start_ + static_cast<int64_t>(bytes_.size())) {
+    start_ = pos;
+    bytes_.resize(static_cast<size_t>(std::min<int64_t>(std::max(window_, size), file.length() - pos)));
+    file.read_at(start_, bytes_.data(), bytes_.size());
+  }
+  std::memcpy(data, bytes_.data() + (pos - start_), static_cast<size_t>(inside));
 }
 
 int64_t file_length(const std::string& path) {

@@ -78,6 +78,26 @@ class TextLines {
   size_t pos_ = 0, end_ = 0;
 };
 
+// Reads in file order served from a window of file `number`: few large
+// reads where a loop reads record after record. What each read gives is
+// what a read of the file gives: the part inside the file, the rest of the
+// buffer left as it was. For files that are only read while it lives.
+// Error 52 when the file is not open.
+class ReadAhead {
+ public:
+  ReadAhead(FileTable& files, int number, size_t window = 1u << 20) : files_(files), number_(number), window_(window) {}
+  void read_at(int64_t pos, void* data, size_t size);
+  template <typename T>
+  void read_block(int64_t pos, std::vector<T>& values) { read_at(pos, values.data(), values.size() * sizeof(T)); }
+
+ private:
+  FileTable& files_;
+  int number_;
+  size_t window_;
+  int64_t start_ = 0;
+  std::vector<uint8_t> bytes_;
+};
+
 // Length of a file by name; error 53 when it is missing.
 int64_t file_length(const std::string& path);
 // Whole content of a file, or error 53.

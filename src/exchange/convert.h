@@ -1,0 +1,45 @@
+// The Convert panel: one form for six conversions chosen by the mode that
+// the main panel leaves in conversion_mode. SEG-Y and SEG-D go through a
+// batch file of Seismic Unix commands; the KGS formats are rewritten here,
+// word by word.
+#pragma once
+
+#include <string>
+
+#include "frame/panel.h"
+
+namespace tf {
+
+// The open dialog of the exchange panels: the data folder first, the first
+// filter chosen. Gives the name that comes back (the start name on a cancel).
+std::string exchange_dialog(Platform& platform, const std::string& folder, const std::string& title,
+                            const std::string& filter, const std::string& start_name);
+
+// The box that ends a finished conversion, closed by its timer after three
+// seconds if the user has not pressed OK.
+void converter_ok_box(Platform& platform);
+
+class Convert : public Panel {
+ public:
+  explicit Convert(App& app);
+  void form_load() override;
+
+  void Lecture();
+  void Choix_out();
+  void Convert_SEGY_2_SU();
+  void Convert_SU_2_SEGY();
+  void Convert_SEGD_2_SU();
+  void Convert_KGSI_2_SU();
+  void Convert_KGS_2_SU();
+  void Convert_SU_2_KGS();
+
+ private:
+  void convert_clicked();
+  bool entry_checks();
+  void start_convert_batch(const std::string& text, const std::string& failure);
+  void finish_kgs();
+  int16_t ask_header_value(const std::string& prompt, const std::string& default_text);
+  int32_t ask_source_depth();
+};
+
+}  // namespace tf
