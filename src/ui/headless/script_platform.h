@@ -54,6 +54,7 @@ class ScriptPlatform : public Platform {
 
  private:
   void check_limits();
+  void check_time();
   RunnerOptions options_;
   std::ostream& out_;
   std::chrono::steady_clock::time_point start_;

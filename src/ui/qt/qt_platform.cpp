@@ -209,7 +209,12 @@ void QtPlatform::set_pointer(const std::string& panel, Pointer pointer) {
   if (PanelWindow* w = window(panel)) w->setCursor(cursor_shape(pointer));
 }
 
-void QtPlatform::process_events() { QCoreApplication::processEvents(); }
+// A loop that lets events through ends when Quit was clicked inside it
+// (a grid step of 0 never ends by itself): the program is ending.
+void QtPlatform::process_events() {
+  QCoreApplication::processEvents();
+  if (quit_requested_) throw RunAborted("the program is ending");
+}
 
 void QtPlatform::wait_ms(int ms) {
   if (ms > 0) QThread::msleep(static_cast<unsigned long>(ms));
