@@ -6,6 +6,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -225,6 +226,9 @@ QWidget* PanelWindow::make(Control& c) {
     case Kind::grid: {
       auto* g = new QTableWidget(this);
       g->setMinimumSize(320, 200);
+      // The model's rows are the whole table, its header row included.
+      g->horizontalHeader()->hide();
+      g->verticalHeader()->hide();
       w = g;
       break;
     }
