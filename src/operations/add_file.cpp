@@ -61,10 +61,10 @@ void Add_file::show_range(const std::string& name) {
   set_text("Text4", field_text(state.nb_traces));
 }
 
-void Add_file::Lecture_file2() {
-  const bool extraction = checked("Option2");
+// The input dialog; its name goes to Text1 and file_in.
+std::string Add_file::choose_input(int flags) {
   FileDialogRequest dialog;
-  dialog.flags = extraction ? single_file_flags : multiple_selection;
+  dialog.flags = flags;
   dialog.initial_dir = state.data_folder;
   dialog.title = "SU File selection";
   dialog.filter = "SU file |*.SU|All files|*.*|";
@@ -72,24 +72,19 @@ void Add_file::Lecture_file2() {
   const std::string name = platform.file_dialog(dialog);
   set_text("Text1", name);
   state.file_in = name;
+  return name;
+}
+
+void Add_file::Lecture_file2() {
+  const bool extraction = checked("Option2");
+  const std::string name = choose_input(extraction ? single_file_flags : multiple_selection);
   if (extraction)
     show_range(name);
   else if (checked("Option1"))
     set_text("Text2", state.data_folder + "Addition.su");
 }
 
-void Add_file::input_file() {
-  FileDialogRequest dialog;
-  dialog.flags = single_file_flags;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "SU File selection";
-  dialog.filter = "SU file |*.SU|All files|*.*|";
-  dialog.file_name = "*.SU";
-  const std::string name = platform.file_dialog(dialog);
-  set_text("Text1", name);
-  state.file_in = name;
-  show_range(name);
-}
+void Add_file::input_file() { show_range(choose_input(single_file_flags)); }
 
 void Add_file::Choix_Output() {
   const std::string name = output_name_dialog(platform, state.data_folder);

@@ -19,6 +19,7 @@ class Add_file : public Panel {
 
  private:
   void input_file();
+  std::string choose_input(int flags);
   void show_range(const std::string& name);
   void start();
   void add_files();

@@ -87,15 +87,20 @@ void Add_SU_files::Affiche_file(const std::string& selection) {
   set_text("Text9", field_text(file_count));
 }
 
+// The pointer of this panel and of the main panel.
+void Add_SU_files::pointers(Pointer pointer) {
+  set_pointer(pointer);
+  platform.set_pointer("Utility", pointer);
+}
+
 void Add_SU_files::append_files() {
-  set_pointer(Pointer::hourglass);
-  platform.set_pointer("Utility", Pointer::hourglass);
+  pointers(Pointer::hourglass);
   state.file_out = text("Text2");
   const std::string out = native_path(state.file_out);
   if (File_Exists(state.file_out) == 1) {
     if (message(platform, state.file_out + " file already exists, append new files ?", Icon::question,
                 Buttons::yes_no) == Answer::no) {
-      set_pointer(Pointer::arrow);
+      pointers(Pointer::arrow);
       return;
     }
     // Keeping the old output appends the new files after what it holds.
@@ -133,7 +138,7 @@ void Add_SU_files::append_files() {
   resume_next([&] {
     message(platform, state.file_out + " has been recorded OK size:" + number_text(file_length(out)), Icon::information);
   });
-  set_pointer(Pointer::arrow);
+  pointers(Pointer::arrow);
 }
 
 void Add_SU_files::help() {

@@ -14,6 +14,7 @@ class Add_SU_files : public Panel {
   void select_files();
   void append_files();
   void help();
+  void pointers(Pointer pointer);
   int16_t file_count = 0;
 };
 

@@ -65,10 +65,8 @@ void Extract::output_file() {
 // One row a trace: its number and "no".
 void Extract::fill_grid(const std::string& name) {
   resume_next([&] {
-    auto& file = open_existing(files, 1, name);
     int16_t ns = 0, dt = 0;
-    file.read_value(su::word("ns").offset, ns);
-    file.read_value(su::word("dt").offset, dt);
+    first_ns_dt(open_existing(files, 1, name), ns, dt);
     state.ns = ns;
     state.dt = dt;
   });

@@ -33,6 +33,14 @@ reversex::reversex(App& owner) : Panel(owner, "reversex", "Reverse channels") {
   add(Kind::progress, "ProgressBar1");
 }
 
+// ns and dt of the file, opened as file 3 for what follows.
+void reversex::read_geometry_start(const std::string& name) {
+  int16_t ns = 0, dt = 0;
+  resume_next([&] { first_ns_dt(open_existing(files, file_number, name), ns, dt); });
+  state.ns = ns;
+  state.dt = dt;
+}
+
 void reversex::form_load() {
   set_text("Text1", state.current_file);
   lecture_XFichier();
@@ -54,14 +62,7 @@ void reversex::load_file() {
 void reversex::lecture_XFichier() {
   const std::string name = text("Text1");
   if (name.size() < 5 || File_Exists(name) == 0) return;
-  resume_next([&] {
-    auto& file = open_existing(files, file_number, name);
-    int16_t ns = 0, dt = 0;
-    file.read_value(su::word("ns").offset, ns);
-    file.read_value(su::word("dt").offset, dt);
-    state.ns = ns;
-    state.dt = dt;
-  });
+  read_geometry_start(name);
   // The record size is a 16-bit sum: past 8131 samples nb_traces keeps its value.
   resume_next([&] {
     const int16_t size = i16_add(i16_mul(state.ns, 4), su::header_size);
@@ -118,14 +119,7 @@ void reversex::reverse() {
   state.last_trace = numbers[2];
   const int16_t first_record = numbers[3], last_record = numbers[4];
   const std::string name = text("Text1");
-  resume_next([&] {
-    auto& file = open_existing(files, file_number, name);
-    int16_t ns = 0, dt = 0;
-    file.read_value(su::word("ns").offset, ns);
-    file.read_value(su::word("dt").offset, dt);
-    state.ns = ns;
-    state.dt = dt;
-  });
+  read_geometry_start(name);
   set_progress_range("ProgressBar1", first_record, last_record);
   const int64_t ns = std::max(state.ns, 0);
   const int64_t size = su::header_size + 4 * ns;

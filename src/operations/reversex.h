@@ -14,6 +14,7 @@ class reversex : public Panel {
 
  private:
   void load_file();
+  void read_geometry_start(const std::string& name);
   void reverse();
 };
 

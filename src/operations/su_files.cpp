@@ -40,4 +40,9 @@ int16_t first_ns(BinaryFile& file) {
   return ns;
 }
 
+void first_ns_dt(BinaryFile& file, int16_t& ns, int16_t& dt) {
+  ns = first_ns(file);
+  file.read_value(su::word("dt").offset, dt);
+}
+
 }  // namespace tf

@@ -25,5 +25,7 @@ std::string renamed(const std::string& name, size_t cut, const std::string& endi
 
 // ns of the first trace: the int16 at byte 114.
 int16_t first_ns(BinaryFile& file);
+// ns and dt of the first trace (bytes 114 and 116) into `ns` and `dt`.
+void first_ns_dt(BinaryFile& file, int16_t& ns, int16_t& dt);
 
 }  // namespace tf

@@ -49,11 +49,7 @@ void Replace_Trace(App& app) {
   resume_next([&] { b = field_i16(ask_number(platform, " Enter the trace number to be extracted from " + source)); });
   int16_t ns[3] = {}, dt[3] = {};
   for (int n : {1, 2})
-    resume_next([&] {
-      auto& file = open_existing(files, n, n == 1 ? target : source);
-      file.read_value(su::word("ns").offset, ns[n]);
-      file.read_value(su::word("dt").offset, dt[n]);
-    });
+    resume_next([&] { first_ns_dt(open_existing(files, n, n == 1 ? target : source), ns[n], dt[n]); });
   if (dt[1] != dt[2] || ns[1] != ns[2]) {
     message(platform, "Samplerate or number of sample are not equals", Icon::stop);
     resume_next([&] { files.close_all(); });
