@@ -164,18 +164,16 @@ void Add_file::extract_traces(int32_t first, int32_t last) {
   resume_next([&] { open_existing(files, 1, state.file_in); });
   resume_next([&] { files.open(2, file_system_name(native_path(state.file_out))); });
   resume_next([&] { set_progress_range("ProgressBar1", first, last); });
-  su::RecordImage image(files, 2);
+  RecordReader reader(files, 1);
+  RecordRun run(files, 2);
   int32_t j = 1;
   for (int32_t i = first; i <= last; ++i, ++j) {
     set_progress("ProgressBar1", i);
     // A trace past the end reads nothing: the record before is written again.
-    resume_next([&] { files[1].read_block(static_cast<int64_t>(i - 1) * size, record); });
-    resume_next([&] {
-      image.move_to(static_cast<int64_t>(j - 1) * size);
-      image.put_block(0, record.data(), record.size());
-    });
+    resume_next([&] { reader.get(static_cast<int64_t>(i - 1) * size, record); });
+    resume_next([&] { run.put(static_cast<int64_t>(j - 1) * size, record); });
   }
-  resume_next([&] { image.flush(); });
+  resume_next([&] { run.flush(); });
 }
 
 }  // namespace tf

@@ -116,17 +116,14 @@ void Add_SU_files::append_files() {
     if (count < 1) throw RunTimeError(380);  // a bar with its maximum below its minimum
     set_progress_range("ProgressBar1", 1, count);
   });
-  std::vector<uint8_t> buffer;
   for (int i = 1; i <= count; ++i) {
     const std::string entry = list_entry(list, i - 1);
     set_progress("ProgressBar1", i);
     set_text("Text10", "Adding file " + number_text(i));
     resume_next([&] { files.open(2, file_system_name(out)); });
-    // A source that can't be opened passes a buffer of 0 bytes.
-    buffer.clear();
-    resume_next([&] { buffer.resize(static_cast<size_t>(open_existing(files, 1, entry).length())); });
-    resume_next([&] { files[1].read_block(0, buffer); });
-    resume_next([&] { files[2].write_block(files[2].length(), buffer); });
+    // A source that can't be opened adds nothing.
+    resume_next([&] { open_existing(files, 1, entry); });
+    resume_next([&] { append_whole(files[1], files[2]); });
     resume_next([&] { files.close(1); });
     resume_next([&] { files.close(2); });
     if (checked("Check1"))

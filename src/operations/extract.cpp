@@ -141,21 +141,19 @@ void Extract::extract() {
     record.assign(static_cast<size_t>(std::max(size, 0)), 0);
   });
   auto& grid = (*this)["Grid"];
-  su::RecordImage image(files, 2);
+  RecordReader reader(files, 1);
+  RecordRun run(files, 2);
   int64_t j = 0;
   for (int32_t i = 1; i <= traces; ++i) {
     bool marked = false;
     resume_next([&] { marked = extract_cell(grid, i) == "yes"; });
     if (!marked) continue;
     set_progress("ProgressBar1", i);
-    resume_next([&] { files[1].read_block(static_cast<int64_t>(size) * (i - 1), record); });
-    resume_next([&] {
-      image.move_to(size * j);
-      image.put_block(0, record.data(), record.size());
-    });
+    resume_next([&] { reader.get(static_cast<int64_t>(size) * (i - 1), record); });
+    resume_next([&] { run.put(size * j, record); });
     ++j;
   }
-  resume_next([&] { image.flush(); });
+  resume_next([&] { run.flush(); });
   resume_next([&] { files.close_all(); });
   resume_next([&] {
     message(platform, state.file_out + " " + number_text(file_length(out)) + " has been created ", Icon::information);
