@@ -476,3 +476,19 @@ TEST(FirstBreakEditing, MissingOrTruncatedFiles) {
   r = run(editing(dir, "1", "10"));
   EXPECT_EQ(read_bytes(dir.file("fb.su")), picks_set(cut, {{0, 0}}));
 }
+
+// The output named like a source: the source is read into itself (doubled),
+// then deleted when Check1 is ticked.
+TEST(MergeSuFiles, OutputEqualToASource) {
+  TempDir dir;
+  auto a = make_su(dir, "a.su", {.traces = 3, .samples = 10, .seed = 1});
+  auto b = make_su(dir, "b.su", {.traces = 2, .samples = 10, .seed = 2});
+  const std::string select = "show Add_SU_files\ndialog " + quoted(dir.str() + "/ a.su b.su") +
+                             "\nclick Add_SU_files.Command1\nset Add_SU_files.Text2 " + quoted(dir.file("b.su")) + "\n";
+  run(select + "reply yes\nreply no\nclick Add_SU_files.Command2\n");
+  EXPECT_EQ(read_bytes(dir.file("b.su")), joined({b, a, b, a}));
+  write_bytes(dir.file("b.su"), b);
+  run(select + "check Add_SU_files.Check1 on\nreply yes\nreply no\nclick Add_SU_files.Command2\n");
+  EXPECT_FALSE(std::filesystem::exists(dir.file("a.su")));
+  EXPECT_FALSE(std::filesystem::exists(dir.file("b.su")));
+}
