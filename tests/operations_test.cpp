@@ -492,3 +492,32 @@ TEST(MergeSuFiles, OutputEqualToASource) {
   EXPECT_FALSE(std::filesystem::exists(dir.file("a.su")));
   EXPECT_FALSE(std::filesystem::exists(dir.file("b.su")));
 }
+
+// A range that starts before the first trace of the file (a negative
+// channel typed in): those traces read as zeros and take no write.
+TEST(ChannelReversal, TracesBeforeTheFileReadZeros) {
+  TempDir dir;
+  auto in = make_su(dir, "line.su", {.traces = 12, .samples = 4, .channels = 6});
+  run(reversal(dir) + "select reversex.Combo4 0\nset reversex.Combo2 \"-1\"\nset reversex.Combo3 \"2\"\nclick reversex.Command3\n");
+  // Traces -1, 0, 1, 2: traces 1 and 2 get the columns of 0 and -1.
+  Bytes expected = in;
+  std::fill_n(expected.begin() + 240, 16, 0);
+  std::fill_n(expected.begin() + static_cast<std::ptrdiff_t>(trace_of(4) + 240), 16, 0);
+  EXPECT_EQ(read_bytes(dir.file("line.su")), expected);
+}
+
+// One file chosen: the list holds its path, the output is named beside it;
+// a name with a blank is cut like a list, and a first name shorter than
+// three characters leaves the output name as it was.
+TEST(MergeSuFiles, SingleFileAndNamesWithBlanks) {
+  TempDir dir;
+  make_su(dir, "a.su", {.traces = 3, .samples = 10});
+  auto r = run("show Add_SU_files\ndialog " + quoted(dir.file("a.su")) + "\nclick Add_SU_files.Command1\ndump Add_SU_files\n"
+               "dialog " + quoted(dir.str() + "/ my line.su") + "\nclick Add_SU_files.Command1\ndump Add_SU_files\n");
+  auto dumps = r.with({"\"event\":\"dump\""});
+  ASSERT_EQ(dumps.size(), 2u);
+  expect_in(dumps[0], {"\"items\":[" + json(dir.file("a.su")) + "]"});
+  EXPECT_EQ(texts_in(dumps[0], {"Text2", "Text4", "Text5", "Text9"}), (Texts{dir.file("a_raw.su"), "10", "3", "1"}));
+  expect_in(dumps[1], {"\"items\":[" + json(dir.file("my")) + "," + json(dir.file("line.su")) + "]"});
+  EXPECT_EQ(texts_in(dumps[1], {"Text2", "Text9"}), (Texts{dir.file("a_raw.su"), "2"}));
+}

@@ -68,17 +68,14 @@ void Add_SU_files::Affiche_file(const std::string& selection) {
   list.items.clear();
   list.list_index = -1;
   changed(list);
+  // The one file of a single selection is its full path already.
   auto joined = [&](const std::string& name) {
     std::string path = names.size() == 1 ? name : folder + sep + name;
     Replace_All(path, sep + sep, sep);
     return path;
   };
   for (const auto& name : names) add_item("List1", joined(name));
-  resume_next([&] {
-    std::string out = folder + sep + renamed(names.front(), 3, "_raw.su");
-    Replace_All(out, sep + sep, sep);
-    set_text("Text2", out);
-  });
+  resume_next([&] { set_text("Text2", joined(renamed(names.front(), 3, "_raw.su"))); });
   resume_next([&] { state.ns = first_ns(open_existing(files, 1, list_entry(list, 0))); });
   resume_next([&] { state.nb_traces = su::trace_count(files[1].length(), state.ns); });
   resume_next([&] { files.close(1); });

@@ -1,5 +1,7 @@
 #include "operations/reversex.h"
 
+#include <algorithm>
+
 #include "frame/helpers.h"
 #include "frame/paths.h"
 #include "operations/su_files.h"
@@ -130,18 +132,23 @@ void reversex::reverse() {
     const int64_t first = state.first_trace + int64_t{state.nb_channels} * (n - 1);
     const int64_t last = state.last_trace + int64_t{state.nb_channels} * (n - 1);
     if (last < first) continue;  // an empty range: nothing is read or written
+    // Traces before the first of the file read nothing (their columns stay
+    // 0) and take no write.
     const auto count = static_cast<size_t>(last - first + 1);
+    const auto skipped = static_cast<size_t>(std::clamp<int64_t>(1 - first, 0, last - first + 1));
+    const size_t samples = static_cast<size_t>(4 * ns), step = static_cast<size_t>(size);
+    const int64_t start = (first - 1 + static_cast<int64_t>(skipped)) * size;
     // The records of the range in one read; samples past the end read as 0.
-    std::vector<uint8_t> span(count * static_cast<size_t>(size), 0);
-    resume_next([&] { files[file_number].read_at((first - 1) * size, span.data(), span.size()); });
+    std::vector<uint8_t> span(count * step, 0);
+    resume_next([&] { files[file_number].read_at(start, span.data() + skipped * step, (count - skipped) * step); });
     // Columns from the last to the first go to the traces in rising order:
     // only the samples move, each header is written back as it was.
     std::vector<uint8_t> reversed = span;
-    const size_t samples = static_cast<size_t>(4 * ns), step = static_cast<size_t>(size);
     for (size_t t = 0; t < count; ++t)
       std::copy_n(span.begin() + static_cast<std::ptrdiff_t>((count - 1 - t) * step + su::header_size), samples,
                   reversed.begin() + static_cast<std::ptrdiff_t>(t * step + su::header_size));
-    resume_next([&] { files[file_number].write_at((first - 1) * size, reversed.data(), reversed.size()); });
+    if (skipped < count)
+      resume_next([&] { files[file_number].write_at(start, reversed.data() + skipped * step, (count - skipped) * step); });
   }
   resume_next([&] { files.close(file_number); });
   // The answer changes nothing.
