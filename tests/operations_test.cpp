@@ -40,7 +40,7 @@ Bytes traces(const Bytes& file, int ns, std::initializer_list<int> numbers) {
   return out;
 }
 
-std::string quoted(const std::string& text) { return "\"" + text + "\""; }
+std::string in_quotes(const std::string& text) { return "\"" + text + "\""; }
 
 const std::string no_box = "\"event\":\"msgbox\"";
 
@@ -68,7 +68,7 @@ TEST(MergeSuFiles, ExistingOutputIsKeptAppendedOrErased) {
   auto a = make_su(dir, "a.su", {.traces = 3, .samples = 10, .seed = 1});
   auto b = make_su(dir, "b.su", {.traces = 2, .samples = 10, .seed = 2});
   const Bytes old = {1, 2, 3, 4};
-  const std::string select = "dialog " + quoted(dir.str() + "/ a.su b.su") + "\nclick Add_SU_files.Command1\n";
+  const std::string select = "dialog " + in_quotes(dir.str() + "/ a.su b.su") + "\nclick Add_SU_files.Command1\n";
   struct Case {
     Texts replies;
     Bytes expected;
@@ -93,9 +93,9 @@ TEST(MergeSuFiles, SourcesDeletedOnRequestAndMissingOnesAddNothing) {
   TempDir dir;
   auto a = make_su(dir, "a.su", {.traces = 3, .samples = 10, .seed = 1});
   auto b = make_su(dir, "b.su", {.traces = 2, .samples = 10, .seed = 2});
-  auto r = run("show Add_SU_files\ndialog " + quoted(dir.str() + "/ a.su gone.su b.su") +
+  auto r = run("show Add_SU_files\ndialog " + in_quotes(dir.str() + "/ a.su gone.su b.su") +
                "\nclick Add_SU_files.Command1\ncheck Add_SU_files.Check1 on\nset Add_SU_files.Text2 " +
-               quoted(dir.file("out.su")) + "\nclick Add_SU_files.Command2\n");
+               in_quotes(dir.file("out.su")) + "\nclick Add_SU_files.Command2\n");
   EXPECT_EQ(read_bytes(dir.file("out.su")), joined({a, b}));
   EXPECT_FALSE(std::filesystem::exists(dir.file("a.su")));
   EXPECT_FALSE(std::filesystem::exists(dir.file("b.su")));
@@ -116,8 +116,8 @@ TEST(MergeSuFiles, HelpBox) {
 
 namespace {
 std::string extraction(const std::string& in, const std::string& out, const std::string& first, const std::string& last) {
-  return "click Utility.Command12\nclick Add_file.Option2\nset Add_file.Text1 " + quoted(in) + "\nset Add_file.Text2 " +
-         quoted(out) + "\nset Add_file.Text3 " + quoted(first) + "\nset Add_file.Text4 " + quoted(last) +
+  return "click Utility.Command12\nclick Add_file.Option2\nset Add_file.Text1 " + in_quotes(in) + "\nset Add_file.Text2 " +
+         in_quotes(out) + "\nset Add_file.Text3 " + in_quotes(first) + "\nset Add_file.Text4 " + in_quotes(last) +
          "\nclick Add_file.Command2\n";
 }
 std::string report(const std::string& head, const std::string& out, size_t size) {
@@ -140,7 +140,7 @@ TEST(RecordAppending, ExtractionCopiesTheRangeRecordByRecord) {
                         {"11", "14", traces(in, 20, {11, 12, 12, 12})}};
   for (const auto& k : cases) {
     // Reading the file sets the session's ns that the run takes.
-    auto r = run("session current_file " + quoted(dir.file("line.su")) + "\n" +
+    auto r = run("session current_file " + in_quotes(dir.file("line.su")) + "\n" +
                  extraction(dir.file("line.su"), dir.file("part.su"), k.first, k.last));
     EXPECT_EQ(read_bytes(dir.file("part.su")), k.expected) << k.first << " " << k.last;
     EXPECT_TRUE(r.has({report(std::string("* FILE EXTRACTION MODULE*\r\nfrom  ") + k.first + " to " + k.last,
@@ -152,7 +152,7 @@ TEST(RecordAppending, ExtractionCopiesTheRangeRecordByRecord) {
 TEST(RecordAppending, PanelLoadShowsTheCurrentFilesRange) {
   TempDir dir;
   make_su(dir, "line.su", {.traces = 12, .samples = 20});
-  auto r = run("session current_file " + quoted(dir.file("line.su")) + "\nclick Utility.Command12\ndump Add_file\n");
+  auto r = run("session current_file " + in_quotes(dir.file("line.su")) + "\nclick Utility.Command12\ndump Add_file\n");
   EXPECT_EQ(texts_in(r.dump("Add_file"), {"Text1", "Text2", "Text3", "Text4"}),
             (Texts{dir.file("line.su"), dir.file("linX.SU"), "1", "12"}));
 }
@@ -164,8 +164,8 @@ TEST(RecordAppending, AdditionJoinsTheSelectedFiles) {
   auto a = make_su(dir, "a.su", {.traces = 3, .samples = 10, .seed = 1});
   auto b = make_su(dir, "b.su", {.traces = 2, .samples = 10, .seed = 2});
   auto c = make_su(dir, "c.su", {.traces = 1, .samples = 10, .seed = 3});
-  auto r = run("session data_folder " + quoted(dir.str() + "/") + "\nclick Utility.Command12\nclick Add_file.Option1\n"
-               "dialog " + quoted(dir.str() + "/ a.su b.su c.su") + "\ndblclick Add_file.Text1\nclick Add_file.Command2\n");
+  auto r = run("session data_folder " + in_quotes(dir.str() + "/") + "\nclick Utility.Command12\nclick Add_file.Option1\n"
+               "dialog " + in_quotes(dir.str() + "/ a.su b.su c.su") + "\ndblclick Add_file.Text1\nclick Add_file.Command2\n");
   EXPECT_TRUE(r.has({"\"title\":\"SU File selection\",\"filter\":\"SU file |*.SU|All files|*.*|\",\"file\":\"*.SU\"",
                      "\"flags\":512"}));
   EXPECT_EQ(read_bytes(dir.file("Addition.su")), joined({a, b, c}));
@@ -182,7 +182,7 @@ TEST(RecordAppending, NamesMissingOrEqualStopTheRun) {
 
 namespace {
 std::string grid_panel(const TempDir& dir) {
-  return "session current_file " + quoted(dir.file("line.su")) + "\nclick Utility.Command13\n";
+  return "session current_file " + in_quotes(dir.file("line.su")) + "\nclick Utility.Command13\n";
 }
 }  // namespace
 
@@ -244,7 +244,7 @@ TEST(GridExtraction, MissingInputGivesAnEmptyGridAndNoNewFile) {
 TEST(GridExtraction, DialogsKeepTheirTwoFilters) {
   TempDir dir;
   make_su(dir, "line.su", {.traces = 3, .samples = 8});
-  auto r = run("click Utility.Command13\ndialog " + quoted(dir.file("line.su")) + "\nclick Extract.Command1\n"
+  auto r = run("click Utility.Command13\ndialog " + in_quotes(dir.file("line.su")) + "\nclick Extract.Command1\n"
                "dialog \"/data/out.su\"\nclick Extract.Command2\ndump Extract\n");
   EXPECT_TRUE(r.has({"\"title\":\"Eismic Unix File selection\",\"filter\":\"File SU |*.SU|All|*.*2|\""}));
   EXPECT_TRUE(r.has({"\"title\":\"Eismic Unix File selection\",\"filter\":\"File SU |*.SU|All|*.*|\""}));
@@ -268,7 +268,7 @@ Bytes reversed(Bytes file, int ns, int channels, int first_record, int last_reco
     }
   return file;
 }
-std::string reversal(const TempDir& dir) { return "session current_file " + quoted(dir.file("line.su")) + "\nclick Utility.Commandp12\n"; }
+std::string reversal(const TempDir& dir) { return "session current_file " + in_quotes(dir.file("line.su")) + "\nclick Utility.Commandp12\n"; }
 }  // namespace
 
 // Three records of six channels: the lists, the default selections reverse
@@ -326,8 +326,8 @@ TEST(ChannelReversal, ListsGrowAcrossReadings) {
   make_su(dir, "line.su", {.traces = 18, .samples = 4, .channels = 6});
   make_su(dir, "two.su", {.traces = 6, .samples = 4, .channels = 3});
   make_su(dir, "four.su", {.traces = 8, .samples = 4, .channels = 4});
-  auto r = run(reversal(dir) + "dialog " + quoted(dir.file("two.su")) + "\nclick reversex.Command1\ndump reversex\n" +
-               "dialog " + quoted(dir.file("four.su")) + "\nclick reversex.Command1\ndump reversex\n");
+  auto r = run(reversal(dir) + "dialog " + in_quotes(dir.file("two.su")) + "\nclick reversex.Command1\ndump reversex\n" +
+               "dialog " + in_quotes(dir.file("four.su")) + "\nclick reversex.Command1\ndump reversex\n");
   auto dumps = r.with({"\"event\":\"dump\""});
   ASSERT_EQ(dumps.size(), 2u);
   expect_in(dumps[0], {"\"items\":[\" 1\",\" 2\",\" 3\",\" 1\",\" 2\"],\"list_index\":1",
@@ -342,7 +342,7 @@ TEST(ChannelReversal, EmptyAndMissingFilesChangeNothing) {
   write_bytes(dir.file("line.su"), {});
   auto r = run(reversal(dir) + "set reversex.Text2 \"2\"\nset reversex.Combo1 \"1\"\nset reversex.Combo4 \"1\"\n"
                "set reversex.Combo2 \"1\"\nset reversex.Combo3 \"2\"\nclick reversex.Command3\n"
-               "set reversex.Text1 " + quoted(dir.file("gone.su")) + "\nclick reversex.Command3\n");
+               "set reversex.Text1 " + in_quotes(dir.file("gone.su")) + "\nclick reversex.Command3\n");
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_FALSE(std::filesystem::exists(dir.file("gone.su")));
   EXPECT_TRUE(r.has({box_line(dir.file("gone.su") + " has been updated", "none", "yesno", "yes")}));
@@ -352,7 +352,7 @@ TEST(ChannelReversal, EmptyAndMissingFilesChangeNothing) {
 
 namespace {
 std::string replacement(const std::string& target, const std::string& source, const std::string& a, const std::string& b) {
-  return "dialog " + quoted(target) + "\ndialog " + quoted(source) + "\ninput " + quoted(a) + "\ninput " + quoted(b) +
+  return "dialog " + in_quotes(target) + "\ndialog " + in_quotes(source) + "\ninput " + in_quotes(a) + "\ninput " + in_quotes(b) +
          "\nclick Utility.Command6\n";
 }
 }  // namespace
@@ -420,7 +420,7 @@ Bytes picks_set(Bytes file, std::initializer_list<std::pair<size_t, int16_t>> ch
   return file;
 }
 std::string editing(const TempDir& dir, const std::string& mode, const std::string& value) {
-  return "dialog " + quoted(dir.file("fb.su")) + "\ninput " + quoted(mode) + "\ninput " + quoted(value) + "\nclick Utility.Command8\n";
+  return "dialog " + in_quotes(dir.file("fb.su")) + "\ninput " + in_quotes(mode) + "\ninput " + in_quotes(value) + "\nclick Utility.Command8\n";
 }
 }  // namespace
 
@@ -483,8 +483,8 @@ TEST(MergeSuFiles, OutputEqualToASource) {
   TempDir dir;
   auto a = make_su(dir, "a.su", {.traces = 3, .samples = 10, .seed = 1});
   auto b = make_su(dir, "b.su", {.traces = 2, .samples = 10, .seed = 2});
-  const std::string select = "show Add_SU_files\ndialog " + quoted(dir.str() + "/ a.su b.su") +
-                             "\nclick Add_SU_files.Command1\nset Add_SU_files.Text2 " + quoted(dir.file("b.su")) + "\n";
+  const std::string select = "show Add_SU_files\ndialog " + in_quotes(dir.str() + "/ a.su b.su") +
+                             "\nclick Add_SU_files.Command1\nset Add_SU_files.Text2 " + in_quotes(dir.file("b.su")) + "\n";
   run(select + "reply yes\nreply no\nclick Add_SU_files.Command2\n");
   EXPECT_EQ(read_bytes(dir.file("b.su")), joined({b, a, b, a}));
   write_bytes(dir.file("b.su"), b);
@@ -512,12 +512,30 @@ TEST(ChannelReversal, TracesBeforeTheFileReadZeros) {
 TEST(MergeSuFiles, SingleFileAndNamesWithBlanks) {
   TempDir dir;
   make_su(dir, "a.su", {.traces = 3, .samples = 10});
-  auto r = run("show Add_SU_files\ndialog " + quoted(dir.file("a.su")) + "\nclick Add_SU_files.Command1\ndump Add_SU_files\n"
-               "dialog " + quoted(dir.str() + "/ my line.su") + "\nclick Add_SU_files.Command1\ndump Add_SU_files\n");
+  auto r = run("show Add_SU_files\ndialog " + in_quotes(dir.file("a.su")) + "\nclick Add_SU_files.Command1\ndump Add_SU_files\n"
+               "dialog " + in_quotes(dir.str() + "/ my line.su") + "\nclick Add_SU_files.Command1\ndump Add_SU_files\n");
   auto dumps = r.with({"\"event\":\"dump\""});
   ASSERT_EQ(dumps.size(), 2u);
   expect_in(dumps[0], {"\"items\":[" + json(dir.file("a.su")) + "]"});
   EXPECT_EQ(texts_in(dumps[0], {"Text2", "Text4", "Text5", "Text9"}), (Texts{dir.file("a_raw.su"), "10", "3", "1"}));
   expect_in(dumps[1], {"\"items\":[" + json(dir.file("my")) + "," + json(dir.file("line.su")) + "]"});
   EXPECT_EQ(texts_in(dumps[1], {"Text2", "Text9"}), (Texts{dir.file("a_raw.su"), "2"}));
+}
+
+// With neither option set the run adds. Past 20 parts the rest of the text
+// is one part: files 19 to 22 make one name that opens nothing, and its join
+// writes the output's own bytes after it again.
+TEST(RecordAppending, AdditionTakesTwentyPartsAtMost) {
+  TempDir dir;
+  std::string selection = dir.str() + "/";
+  Bytes first18;
+  for (int i = 1; i <= 22; ++i) {
+    const std::string name = "f" + std::to_string(i) + ".su";
+    auto bytes = make_su(dir, name, {.traces = 1, .samples = 2, .seed = i});
+    if (i <= 18) first18 = joined({first18, bytes});
+    selection += " " + name;
+  }
+  run("click Utility.Command12\nset Add_file.Text1 " + in_quotes(selection) + "\nset Add_file.Text2 " + in_quotes(dir.file("all.su")) +
+      "\nclick Add_file.Command2\n");
+  EXPECT_EQ(read_bytes(dir.file("all.su")), joined({first18, first18}));
 }
