@@ -539,3 +539,14 @@ TEST(RecordAppending, AdditionTakesTwentyPartsAtMost) {
       "\nclick Add_file.Command2\n");
   EXPECT_EQ(read_bytes(dir.file("all.su")), joined({first18, first18}));
 }
+
+// Absurd ranges of 16-bit fields end quickly, in bounded memory, and leave
+// the file as it was where nothing of it is in the range.
+TEST(ChannelReversal, AbsurdRangesEnd) {
+  TempDir dir;
+  auto in = make_su(dir, "line.su", {.traces = 12, .samples = 4, .channels = 6});
+  auto r = run(reversal(dir) + "set reversex.Combo2 \"-32768\"\nset reversex.Combo3 \"-32000\"\nclick reversex.Command3\n"
+               "set reversex.Text2 \"32767\"\nset reversex.Combo3 \"32767\"\nset reversex.Combo4 \"32767\"\nclick reversex.Command3\n");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_EQ(r.with({"has been updated"}).size(), 2u);
+}

@@ -170,8 +170,9 @@ void Add_file::extract_traces(int32_t first, int32_t last) {
   for (int32_t i = first; i <= last; ++i, ++j) {
     set_progress("ProgressBar1", i);
     // A trace past the end reads nothing: the record before is written again.
-    resume_next([&] { reader.get(static_cast<int64_t>(i - 1) * size, record); });
-    resume_next([&] { run.put(static_cast<int64_t>(j - 1) * size, record); });
+    // Positions are 32-bit: past 2 GB they overflow and the statement is passed over.
+    resume_next([&] { reader.get(i32_mul(int64_t{i} - 1, size), record); });
+    resume_next([&] { run.put(i32_mul(int64_t{j} - 1, size), record); });
   }
   resume_next([&] { run.flush(); });
 }

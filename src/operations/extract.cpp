@@ -149,8 +149,8 @@ void Extract::extract() {
     resume_next([&] { marked = extract_cell(grid, i) == "yes"; });
     if (!marked) continue;
     set_progress("ProgressBar1", i);
-    resume_next([&] { reader.get(static_cast<int64_t>(size) * (i - 1), record); });
-    resume_next([&] { run.put(size * j, record); });
+    resume_next([&] { reader.get(i32_mul(size, int64_t{i} - 1), record); });
+    resume_next([&] { run.put(i32_mul(size, j), record); });
     ++j;
   }
   resume_next([&] { run.flush(); });

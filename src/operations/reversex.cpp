@@ -21,6 +21,7 @@ constexpr Required required[] = {
     {"Combo4", "Last shot number missing"},
 };
 constexpr int file_number = 3;
+constexpr int64_t largest_work_array = int64_t{1} << 30;
 }  // namespace
 
 reversex::reversex(App& owner) : Panel(owner, "reversex", "Reverse channels") {
@@ -125,6 +126,8 @@ void reversex::reverse() {
   set_progress_range("ProgressBar1", first_record, last_record);
   const int64_t ns = std::max(state.ns, 0);
   const int64_t size = su::header_size + 4 * ns;
+  int64_t file_end = 0;
+  resume_next([&] { file_end = files[file_number].length(); });
   for (int32_t n = first_record; n <= last_record; ++n) {
     if (first_record != last_record) set_progress("ProgressBar1", n);
     // The range may reach into the next record: the arithmetic is not
@@ -132,6 +135,12 @@ void reversex::reverse() {
     const int64_t first = state.first_trace + int64_t{state.nb_channels} * (n - 1);
     const int64_t last = state.last_trace + int64_t{state.nb_channels} * (n - 1);
     if (last < first) continue;  // an empty range: nothing is read or written
+    // An array past what the platform can hold is not made (error 7): the
+    // record is passed over.
+    if ((last - first + 1) * size > largest_work_array) continue;
+    // A range wholly past the end of the file holds nothing to reverse: it
+    // is passed over rather than growing the file with traces of zeros.
+    if ((std::max<int64_t>(first, 1) - 1) * size >= file_end) continue;
     // Traces before the first of the file read nothing (their columns stay
     // 0) and take no write.
     const auto count = static_cast<size_t>(last - first + 1);
