@@ -550,3 +550,51 @@ TEST(ChannelReversal, AbsurdRangesEnd) {
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_EQ(r.with({"has been updated"}).size(), 2u);
 }
+
+// ------------------------------------------------------------ bad input
+
+namespace {
+// SU files gone wrong: empty, noise, cut inside a trace, and headers whose
+// ns is 0, negative or at the 16-bit edge.
+std::vector<std::pair<std::string, Bytes>> spoiled_files() {
+  Bytes good = gen::su_file({.traces = 6, .samples = 8, .channels = 3});
+  std::vector<std::pair<std::string, Bytes>> files{{"empty", {}}, {"cut", Bytes(good.begin(), good.begin() + 700)}};
+  Bytes noise(1000);
+  for (size_t i = 0; i < noise.size(); ++i) noise[i] = static_cast<uint8_t>((i * 7919u) >> 3);
+  files.push_back({"noise", noise});
+  for (int16_t ns : {int16_t{0}, int16_t{-1}, int16_t{-59}, int16_t{-60}, int16_t{32767}}) {
+    Bytes b = good;
+    put_at<int16_t>(b, 114, ns);
+    files.push_back({"ns " + std::to_string(ns), b});
+  }
+  return files;
+}
+}  // namespace
+
+// Every panel and routine ends on every spoiled file, and the files that
+// they only read stay as they were.
+TEST(BadInput, SpoiledFilesEndEveryOperation) {
+  TempDir dir;
+  RunnerOptions options;
+  options.max_seconds = 20;
+  const std::string in = dir.file("in.su"), out = dir.file("out.su");
+  const std::string reading =
+      "show Add_SU_files\ndialog " + in_quotes(dir.str() + "/ in.su in.su") + "\nclick Add_SU_files.Command1\nset Add_SU_files.Text2 " +
+      in_quotes(out) + "\nclick Add_SU_files.Command2\nclose Add_SU_files\n" + "session current_file " + in_quotes(in) +
+      "\nclick Utility.Command12\nclick Add_file.Option2\nset Add_file.Text2 " + in_quotes(out) +
+      "\nset Add_file.Text3 \"2\"\nset Add_file.Text4 \"40\"\nclick Add_file.Command2\n" +
+      "click Utility.Command13\nset Extract.Text3 \"1\"\nset Extract.Text2 " + in_quotes(out) + "\nclick Extract.Command3\n";
+  const std::string editing_in_place = "click Utility.Commandp12\nclick reversex.Command3\n" + replacement(in, in, "2", "1") +
+                                       "dialog " + in_quotes(in) + "\ninput \"1\"\ninput \"10\"\nclick Utility.Command8\n";
+  for (const auto& [name, bytes] : spoiled_files()) {
+    SCOPED_TRACE(name);
+    write_bytes(in, bytes);
+    std::filesystem::remove(out);
+    auto r = run(reading, options);
+    EXPECT_EQ(r.exit_code, 0);
+    EXPECT_EQ(read_bytes(in), bytes);
+    r = run("session current_file " + in_quotes(in) + "\n" + editing_in_place, options);
+    EXPECT_EQ(r.exit_code, 0);
+    EXPECT_TRUE(r.has({"OK, done"}));
+  }
+}

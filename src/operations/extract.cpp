@@ -129,7 +129,7 @@ void Extract::extract() {
   resume_next([&] { files.close_all(); });
   resume_next([&] { state.ns = first_ns(open_existing(files, 1, state.file_in)); });
   resume_next([&] { traces = su::trace_count(files[1].length(), state.ns); });
-  resume_next([&] { state.r4_trace.assign(static_cast<size_t>(state.ns) + 1, 0.0f); });
+  resume_next([&] { size_samples(state.r4_trace, state.ns); });
   resume_next([&] { files.close_all(); });
 
   resume_next([&] { open_existing(files, 1, state.file_in); });

@@ -80,6 +80,11 @@ void RecordReader::get(int64_t pos, std::vector<uint8_t>& record) {
     file.read_block(pos, record);  // across the end of the file, or before its start
 }
 
+void size_samples(std::vector<float>& samples, int32_t ns) {
+  if (ns < 0) throw RunTimeError(err::subscript);
+  samples.assign(static_cast<size_t>(ns) + 1, 0.0f);
+}
+
 void append_whole(BinaryFile& in, BinaryFile& out) {
   const int64_t length = in.length(), end = out.length();
   std::vector<uint8_t> piece(static_cast<size_t>(std::min<int64_t>(length, copy_piece)));

@@ -65,6 +65,9 @@ class RecordReader {
   std::vector<uint8_t> piece_;
 };
 
+// The sample buffer sized to indices 0 to ns; a negative ns is error 9.
+void size_samples(std::vector<float>& samples, int32_t ns);
+
 // ns of the first trace: the int16 at byte 114.
 int16_t first_ns(BinaryFile& file);
 // ns and dt of the first trace (bytes 114 and 116) into `ns` and `dt`.

@@ -57,7 +57,7 @@ void Replace_Trace(App& app) {
   }
   state.ns = ns[1];
   // A trace past the end of the source reads nothing and leaves zeros.
-  resume_next([&] { state.r4_trace.assign(static_cast<size_t>(state.ns) + 1, 0.0f); });
+  resume_next([&] { size_samples(state.r4_trace, state.ns); });
   const int64_t size = su::header_size + 4 * int64_t{state.ns};
   const size_t bytes = 4 * static_cast<size_t>(std::max(state.ns, 0));
   auto samples = [&] {
