@@ -135,6 +135,14 @@ void Panel::click(const std::string& control) {
   if (c.on_click) c.on_click();
 }
 
+void Panel::click_cell(const std::string& control, int row, int col) {
+  Control& c = (*this)[control];
+  c.row = row;
+  c.col = col;
+  app.panels.active = this;
+  if (c.on_click) c.on_click();
+}
+
 void Panel::dblclick(const std::string& control) {
   Control& c = (*this)[control];
   app.panels.active = this;

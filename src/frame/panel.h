@@ -50,6 +50,10 @@ struct Control {
   std::vector<std::string> items;      // list and combo entries; tab captions
   int list_index = -1;
   std::vector<std::vector<std::string>> cells;  // grid rows
+  // Grid back colours beside `cells`, 0xRRGGBB; a cell with none (or -1) has
+  // the plain back.
+  std::vector<std::vector<int>> cell_colors;
+  int row = 0, col = 0;  // the grid's current cell: the one last clicked
   std::string key_filter;              // allowed keys of a number field, backspace added
   // Rich text: the selection (start from 0) and the font.
   int sel_start = 0;
@@ -103,6 +107,8 @@ class Panel {
   void select_item(const std::string& control, int index);
   void select_tab(const std::string& control, int tab);
   void click(const std::string& control);
+  // A click on a grid cell: it becomes the current cell, then the click runs.
+  void click_cell(const std::string& control, int row, int col);
   void dblclick(const std::string& control);
   void hover(const std::string& control);
   // One key press through the field's key filter: a dropped key beeps.

@@ -16,6 +16,11 @@
 #include "importers/oyo.h"
 #include "importers/xascii2su.h"
 #include "operations/segy_extract.h"
+#include "operations/add_file.h"
+#include "operations/add_su_files.h"
+#include "operations/extract.h"
+#include "operations/reversex.h"
+#include "operations/trace_edits.h"
 
 namespace tf {
 
@@ -41,6 +46,12 @@ void register_all_panels(App& app) {
   app.panels.add("Convert", make<Convert>());
   app.panels.add("SU2SGY", make<SU2SGY>());
   app.routines["Extract_SEGY"] = Extract_SEGY;
+  app.panels.add("Add_SU_files", make<Add_SU_files>());
+  app.panels.add("Add_file", make<Add_file>());
+  app.panels.add("Extract", make<Extract>());
+  app.panels.add("reversex", make<reversex>());
+  app.routines["Replace_Trace"] = Replace_Trace;
+  app.routines["Modify_FBP"] = Modify_FBP;
 }
 
 }  // namespace tf

@@ -23,7 +23,7 @@ struct ButtonRow {
   bool panel;
 };
 
-constexpr std::array<ButtonRow, 22> utility_buttons{{
+constexpr std::array<ButtonRow, 23> utility_buttons{{
     {"Command12", "Traces extraction", same, "You can extract some trace from a SU file + saut$", "Add_file", true},
     {"Command11", "Extract traces from SEG-Y file", same, "Use this module to extract some traces from SEG-Y record",
      "Extract_SEGY", false},
@@ -77,6 +77,9 @@ constexpr std::array<ButtonRow, 22> utility_buttons{{
      "Use this module to see the SEG-2 field records without SU conversion", "", false},
     {"Commandp22", "Display SEG-Y field data", "Display SEG-Y field records",
      "Use this module to see the SEG-Y field records without SU conversion", "", false},
+    // The grid extraction has no button of its own in the table: this is its entry.
+    {"Command13", "Extract SU traces on a grid", same,
+     "Use this module to choose on a grid the traces to copy into a new SU file", "Extract", true},
 }};
 
 // The button that shows the GSSI panel sits last on the tab.

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdio>
 #include <cstdlib>
 #include <mutex>
 #include <thread>
@@ -130,6 +131,26 @@ std::string dump_control(const Control& c) {
     for (size_t i = 0; i < lines.size(); ++i) list += (i ? "," : "") + lines[i];
     j.add_raw("lines", list + "]");
   }
+  if (c.kind == Kind::grid) {
+    // Rows of cells, and beside them each cell's back colour as "#RRGGBB"
+    // ("" for the plain back).
+    std::string cells = "[", colors = "[";
+    for (size_t r = 0; r < c.cells.size(); ++r) {
+      cells += r ? ",[" : "[";
+      colors += r ? ",[" : "[";
+      for (size_t k = 0; k < c.cells[r].size(); ++k) {
+        int color = -1;
+        if (r < c.cell_colors.size() && k < c.cell_colors[r].size()) color = c.cell_colors[r][k];
+        char hex[8] = "";
+        if (color >= 0) std::snprintf(hex, sizeof hex, "#%06X", color & 0xFFFFFF);
+        cells += (k ? "," : "") + json_quote(c.cells[r][k]);
+        colors += (k ? "," : "") + json_quote(hex);
+      }
+      cells += "]";
+      colors += "]";
+    }
+    j.add_raw("cells", cells + "]").add_raw("colors", colors + "]").add("row", c.row).add("col", c.col);
+  }
   return j.str();
 }
 
@@ -170,6 +191,10 @@ class Runner {
       if (cmd == "click") panel->click(control);
       else if (cmd == "dblclick") panel->dblclick(control);
       else panel->hover(control);
+    } else if (cmd == "click-cell") {
+      need(4);
+      auto [panel, control] = target(w[1]);
+      panel->click_cell(control, std::stoi(w[2]), std::stoi(w[3]));
     } else if (cmd == "set") {
       need(3);
       auto [panel, control] = target(w[1]);

@@ -6,6 +6,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -306,6 +307,9 @@ QWidget* PanelWindow::make(Control& c) {
     case Kind::grid: {
       auto* g = new QTableWidget(this);
       g->setMinimumSize(320, 200);
+      // The model's rows are the whole table, its header row included.
+      g->horizontalHeader()->hide();
+      g->verticalHeader()->hide();
       w = g;
       break;
     }
@@ -435,6 +439,9 @@ void PanelWindow::wire(Control& c, QWidget* w) {
       auto* grid = static_cast<QTableWidget*>(w);
       connect(grid, &QTableWidget::cellDoubleClicked, this, [this, name] {
         act([&](Panel& p) { p.dblclick(name); });
+      });
+      connect(grid, &QTableWidget::cellClicked, this, [this, name](int row, int col) {
+        act([&](Panel& p) { p.click_cell(name, row, col); });
       });
       break;
     }
@@ -665,9 +672,23 @@ void PanelWindow::update(Control& c) {
       for (const auto& row : c.cells) columns = std::max(columns, row.size());
       grid->setRowCount(static_cast<int>(c.cells.size()));
       grid->setColumnCount(static_cast<int>(columns));
+      // Items are kept and only what differs is set: a click on a long grid
+      // stays quick.
       for (size_t r = 0; r < c.cells.size(); ++r)
-        for (size_t k = 0; k < c.cells[r].size(); ++k)
-          grid->setItem(static_cast<int>(r), static_cast<int>(k), new QTableWidgetItem(q(c.cells[r][k])));
+        for (size_t k = 0; k < c.cells[r].size(); ++k) {
+          const int row = static_cast<int>(r), col = static_cast<int>(k);
+          QTableWidgetItem* item = grid->item(row, col);
+          if (!item) {
+            item = new QTableWidgetItem;
+            item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+            grid->setItem(row, col, item);
+          }
+          const QString text = q(c.cells[r][k]);
+          if (item->text() != text) item->setText(text);
+          const int color = r < c.cell_colors.size() && k < c.cell_colors[r].size() ? c.cell_colors[r][k] : -1;
+          const QBrush back = color >= 0 ? QBrush(QColor::fromRgb(static_cast<QRgb>(color))) : QBrush();
+          if (item->background() != back) item->setBackground(back);
+        }
       break;
     }
     case Kind::picture: pictures_[c.name]->show_model(c); break;
