@@ -38,6 +38,22 @@ std::string program_folder() {
 
 #ifdef _WIN32
 int shell_start(const ShellRequest& r) {
+  if (r.wait_for_end) {
+    SHELLEXECUTEINFOA info{};
+    info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_NOCLOSEPROCESS;
+    info.lpVerb = r.verb.c_str();
+    info.lpFile = r.file.c_str();
+    info.lpParameters = r.params.empty() ? nullptr : r.params.c_str();
+    info.lpDirectory = r.dir.empty() ? nullptr : r.dir.c_str();
+    info.nShow = r.show;
+    if (!ShellExecuteExA(&info)) return static_cast<int>(reinterpret_cast<intptr_t>(info.hInstApp));
+    if (info.hProcess) {
+      WaitForSingleObject(info.hProcess, INFINITE);
+      CloseHandle(info.hProcess);
+    }
+    return static_cast<int>(reinterpret_cast<intptr_t>(info.hInstApp));
+  }
   auto result = ShellExecuteA(nullptr, r.verb.c_str(), r.file.c_str(), r.params.empty() ? nullptr : r.params.c_str(),
                               r.dir.empty() ? nullptr : r.dir.c_str(), r.show);
   return static_cast<int>(reinterpret_cast<intptr_t>(result));
@@ -107,6 +123,27 @@ int spawn_detached(const std::vector<std::string>& argv, const std::string& dir)
   return shell_started;
 }
 
+// Starts a program and comes back when it has ended. It gets no console
+// input either, so a pause in a batch passes.
+int spawn_and_wait(const std::vector<std::string>& argv, const std::string& dir) {
+  pid_t child = fork();
+  if (child < 0) return 0;
+  if (child == 0) {
+    if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
+    int nothing = open("/dev/null", O_RDONLY);
+    if (nothing >= 0) dup2(nothing, 0);
+    std::vector<char*> args;
+    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+    execvp(args[0], args.data());
+    _exit(127);
+  }
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return shell_started;
+}
+
 std::string batch_interpreter() {
   std::string beside = join_path(program_folder(), "tracefold-batch");
   if (access(beside.c_str(), X_OK) == 0) return beside;
@@ -156,7 +193,7 @@ int shell_start(const ShellRequest& r) {
   }
   if (argv[0].empty()) return shell_no_association;
   for (auto& w : words(r.params)) argv.push_back(w);
-  return spawn_detached(argv, r.dir);
+  return r.wait_for_end ? spawn_and_wait(argv, r.dir) : spawn_detached(argv, r.dir);
 }
 
 std::string find_executable(const std::string& document) {

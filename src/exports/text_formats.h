@@ -1,0 +1,35 @@
+// The number formats of the text exports: "0.00000000E+00" for samples,
+// "###0.0000" and its kin for picks, stations and elevations, and a text
+// file written in large pieces.
+#pragma once
+
+#include <fstream>
+#include <string>
+
+namespace tf {
+
+// "0.00000000E+00": nine significant digits, a signed exponent of at least
+// two digits.
+void append_exponent_form(std::string& out, float value);
+std::string exponent_form(float value);
+
+// "###0.0", "###0.0000", "####0": at least one integer digit and `decimals`
+// places, rounded half away from zero on the value's 15-digit decimal form.
+std::string fixed_form(double value, int decimals);
+
+// A text file opened for output (emptied), gathered and written in large
+// pieces. A file that cannot be made takes nothing, as writes to it fail.
+class TextOutput {
+ public:
+  explicit TextOutput(const std::string& path);
+  ~TextOutput() { close(); }
+  std::string& buffer() { return buffer_; }
+  void write_if_large();
+  void close();
+
+ private:
+  std::ofstream out_;
+  std::string buffer_;
+};
+
+}  // namespace tf
