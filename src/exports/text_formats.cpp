@@ -55,7 +55,10 @@ std::string fixed_form(double value, int decimals) {
   return out;
 }
 
-TextOutput::TextOutput(const std::string& path) : out_(path, std::ios::binary | std::ios::trunc) {}
+TextOutput::TextOutput(const std::string& path) {
+  // A wildcard (a name formed from a cancelled dialog) is a bad file name.
+  if (path.find_first_of("*?") == std::string::npos) out_.open(path, std::ios::binary | std::ios::trunc);
+}
 
 void TextOutput::write_if_large() {
   if (buffer_.size() >= (8u << 20)) {

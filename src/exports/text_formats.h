@@ -18,7 +18,8 @@ std::string exponent_form(float value);
 std::string fixed_form(double value, int decimals);
 
 // A text file opened for output (emptied), gathered and written in large
-// pieces. A file that cannot be made takes nothing, as writes to it fail.
+// pieces. A file that cannot be made (no folder, a wildcard in the name)
+// takes nothing, as writes to it fail.
 class TextOutput {
  public:
   explicit TextOutput(const std::string& path);
