@@ -55,10 +55,11 @@ struct vibroseis::RunFields {
 };
 
 vibroseis::vibroseis(App& owner) : Panel(owner, "vibroseis", "VibroSeis correlation") {
-  add(Kind::button, "Command1", "Uncorrelated SU file").on_click = [this] { Command1_Click(); };
+  // Each file name with the button that chooses it beside.
   add(Kind::text, "Text1");
-  add(Kind::button, "Command2", "Correlated SU file").on_click = [this] { Command2_Click(); };
+  add(Kind::button, "Command1", "Uncorrelated SU file").on_click = [this] { Command1_Click(); };
   add(Kind::text, "Text2");
+  add(Kind::button, "Command2", "Correlated SU file").on_click = [this] { Command2_Click(); };
   add(Kind::text, "Text3", "Pilot trace number", "1");
   add(Kind::text, "Text4", "Traces on a gather (including pilot)", "60").key_filter = "0123456789";
   add(Kind::text, "Text5", "Sweep lenght in ms to be used for correlation", "16000").key_filter = "0123456789";
