@@ -4,7 +4,9 @@
 // "0.00000000E+00", columns of 14 counted by hand.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 #include "exports/text_formats.h"
@@ -328,5 +330,27 @@ TEST(Rayfract, ExitAndEmptyRuns) {
     e.answer_inputs({"1", "", "4"});
     e.main_panel().click("Commandp3");
     EXPECT_EQ(e.lines().back(), box_line("ASC file for export to Rayfract have been written", "information"));
+  }
+}
+
+// The fast forms of the samples give number_text's text and printf's
+// "%.8E" for every kind of single: whole, fractional, tiny, huge, negative,
+// at each form's limits.
+TEST(TextFormats, SamplesPrintAsNumberTextAndPrintfDo) {
+  std::vector<float> values{0.0f, -0.0f, 1.0f, -1.0f, 0.5f, 1e-4f, 9.9999e-5f, 1234567.0f, 9999999.0f, 12345678.0f,
+                            1e7f, 3.4e38f, 1.4e-45f, -2.5e-9f, 0.1f, 123.456f, 1e-9f, 65536.0f, 0.00012345f};
+  uint32_t bits = 0x12345678;
+  for (int i = 0; i < 20000; ++i) {
+    bits = bits * 1664525u + 1013904223u;
+    float v;
+    std::memcpy(&v, &bits, sizeof v);
+    if (std::isfinite(v)) values.push_back(v);
+    values.push_back(static_cast<float>(static_cast<int32_t>(bits) % 100000) / 64.0f);
+  }
+  for (float v : values) {
+    std::string fast;
+    append_number_text(fast, v);
+    ASSERT_EQ(fast, number_text(v)) << v;
+    ASSERT_EQ(exponent_form(v), sci(v)) << v;
   }
 }

@@ -1,5 +1,6 @@
 #include "exports/text_exports.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "exports/text_formats.h"
@@ -88,6 +89,10 @@ bool ask_trace_range(App& app, const char* question, TraceRange& range, bool wit
   return true;
 }
 
+// Where the next printed item starts: the next multiple of 14 at or past
+// the end of the line so far.
+size_t next_column(size_t line_length) { return (line_length + 13) / 14 * 14; }
+
 void sample_buffer(App& app) {
   resume_next([&] {
     if (app.state.ns < 0) throw RunTimeError(err::subscript);
@@ -147,17 +152,25 @@ void su2Ascii(App& app) {
   // Each value once took a fresh read of its whole trace; the reads give the
   // same samples each time, so every trace of the range is read once here,
   // in the order that leaves a cut last trace completed by the one before.
+  // The samples are laid out by lines, a block of traces at a time.
   const size_t ns = s.r4_trace.size();
-  std::vector<float> columns;
-  if (last >= first) columns.resize(static_cast<size_t>(last - first + 1) * ns);
-  for (int32_t k = first; k <= last; ++k) {
-    resume_next([&] { read_samples(app, 1, k, s.r4_trace); });
-    std::copy(s.r4_trace.begin(), s.r4_trace.end(), columns.begin() + static_cast<ptrdiff_t>((k - first) * ns));
+  const size_t width = last >= first ? static_cast<size_t>(last - first + 1) : 0;
+  std::vector<float> lines(width * ns);
+  constexpr size_t block = 64;
+  std::vector<float> traces(block * ns);
+  for (size_t start = 0; start < width; start += block) {
+    const size_t count = std::min(block, width - start);
+    for (size_t j = 0; j < count; ++j) {
+      resume_next([&] { read_samples(app, 1, first + static_cast<int32_t>(start + j), s.r4_trace); });
+      std::copy(s.r4_trace.begin(), s.r4_trace.end(), traces.begin() + static_cast<ptrdiff_t>(j * ns));
+    }
+    for (size_t i = 0; i < ns; ++i)
+      for (size_t j = 0; j < count; ++j) lines[i * width + start + j] = traces[j * ns + i];
   }
   TextOutput out(native_path(range.output));
   for (size_t i = 0; i < ns; ++i) {
-    for (int32_t k = first; k <= last; ++k) {
-      append_exponent_form(out.buffer(), columns[static_cast<size_t>(k - first) * ns + i]);
+    for (size_t k = 0; k < width; ++k) {
+      append_exponent_form(out.buffer(), lines[i * width + k]);
       out.buffer() += ',';
     }
     out.buffer() += "\r\n";
@@ -173,19 +186,29 @@ void Convert_2_X_Y_Z(App& app) {
   TraceRange range;
   if (!ask_trace_range(app, xyz_question, range, true)) return;
   sample_buffer(app);
+  // Milliseconds, negative down the trace; the first sample lies at one
+  // interval, not at 0. The same for every trace: printed once.
+  std::vector<std::string> times;
+  for (size_t i = 1; i <= s.r4_trace.size(); ++i) times.push_back(number_text(-(s.dt / 1000.0) * static_cast<double>(i)) + " ");
   TextOutput out(native_path(range.output));
   int32_t cdp = 0;
   for (int32_t k = s.first_trace; k <= s.last_trace; ++k) {
     resume_next([&] { read_samples(app, 1, k, s.r4_trace); });
     resume_next([&] { app.files[1].read_value(int64_t{s.trace_pos} + su::word("cdp").offset, cdp); });
-    for (size_t i = 1; i <= s.r4_trace.size(); ++i) {
-      // Milliseconds, negative down the trace; the first sample lies at one
-      // interval, not at 0.
-      const double time = -(s.dt / 1000.0) * static_cast<double>(i);
-      // The sample is a single: printed with its 7 digits.
-      out.buffer() += PrintedLine().item(int64_t{cdp}).item(time).item(number_text(s.r4_trace[i - 1]) + " ").str();
-      out.write_if_large();
+    const std::string cdp_item = number_text(int64_t{cdp}) + " ";
+    std::string& text = out.buffer();
+    for (size_t i = 0; i < s.r4_trace.size(); ++i) {
+      // Three printed items in columns of 14; the sample is a single,
+      // printed with its 7 digits.
+      const size_t line_start = text.size();
+      text += cdp_item;
+      text.resize(line_start + next_column(cdp_item.size()), ' ');
+      text += times[i];
+      text.resize(line_start + next_column(text.size() - line_start), ' ');
+      append_number_text(text, s.r4_trace[i]);
+      text += " \r\n";
     }
+    out.write_if_large();
   }
   out.close();
   resume_next([&] { app.files.close_all(); });

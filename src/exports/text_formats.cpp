@@ -1,26 +1,153 @@
 #include "exports/text_formats.h"
 
-#include <charconv>
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "frame/conventions.h"
+
 namespace tf {
 
+namespace {
+
+// 10^n as a double: exact up to 10^22, within an ulp beyond.
+double power_of_ten(int n) {
+  static const auto table = [] {
+    std::array<double, 128> t{};
+    for (int i = -64; i < 64; ++i) t[static_cast<size_t>(64 + i)] = std::pow(10.0, i);
+    return t;
+  }();
+  return table[static_cast<size_t>(64 + n)];
+}
+
+// The first `count` (at most 9) significant digits of a positive single,
+// rounded, and the power of ten of the first: in double arithmetic, whose
+// error lies far below what a single can tell apart. A value too near the
+// middle of two roundings gives false, for the exact conversion to decide.
+bool significant_digits(float value, int count, uint64_t& digits, int& exponent) {
+  const double v = value;
+  int binary = 0;
+  std::frexp(v, &binary);
+  // 0.30103 is log10(2): the power of ten of the first digit, or one less.
+  exponent = static_cast<int>(std::floor((binary - 1) * 0.30102999566398120));
+  const double low = power_of_ten(count - 1), high = power_of_ten(count);
+  double scaled = v * power_of_ten(count - 1 - exponent);
+  if (scaled >= high) scaled = v * power_of_ten(count - 1 - ++exponent);
+  if (scaled < low) scaled = v * power_of_ten(count - 1 - --exponent);
+  const auto whole = static_cast<uint64_t>(scaled);
+  const double fraction = scaled - static_cast<double>(whole);
+  if (std::fabs(fraction - 0.5) < 1e-6) return false;
+  digits = whole + (fraction > 0.5 ? 1 : 0);
+  if (digits >= static_cast<uint64_t>(high)) {
+    digits /= 10;
+    ++exponent;
+  }
+  return true;
+}
+
+// Digits and power of ten of a positive finite single, by the fast way or,
+// near a tie, by the exact conversion.
+void decimal_form(float value, int count, uint64_t& digits, int& exponent) {
+  if (significant_digits(value, count, digits, exponent)) return;
+  char text[40];
+  const char* end =
+      std::to_chars(text, text + sizeof text, static_cast<double>(value), std::chars_format::scientific, count - 1).ptr;
+  digits = 0;
+  const char* c = text;
+  for (; c != end && *c != 'e'; ++c)
+    if (*c != '.') digits = digits * 10 + static_cast<uint64_t>(*c - '0');
+  std::from_chars(c + 1 + (c[1] == '+'), end, exponent);
+}
+
+// "+05", "-12": the exponent's sign and at least two digits, at `text`;
+// gives the end.
+char* put_exponent(char* text, int exponent) {
+  *text++ = exponent < 0 ? '-' : '+';
+  const int e = std::abs(exponent);
+  if (e >= 100) *text++ = static_cast<char>('0' + e / 100);
+  *text++ = static_cast<char>('0' + e / 10 % 10);
+  *text++ = static_cast<char>('0' + e % 10);
+  return text;
+}
+
+void append_exponent(std::string& out, int exponent) {
+  char text[8];
+  out.append(text, put_exponent(text, exponent));
+}
+
+}  // namespace
+
 void append_exponent_form(std::string& out, float value) {
-  char text[32];
-  auto end = std::to_chars(text, text + sizeof text, static_cast<double>(value), std::chars_format::scientific, 8).ptr;
-  for (char* c = text; c != end; ++c)
-    if (*c == 'e') *c = 'E';
-  out.append(text, end);
+  constexpr int count = 9;
+  if (!std::isfinite(value)) {
+    char text[32];
+    out.append(text, std::to_chars(text, text + sizeof text, static_cast<double>(value), std::chars_format::scientific, 8).ptr);
+    return;
+  }
+  char text[24];
+  char* at = text;
+  if (std::signbit(value)) *at++ = '-';
+  uint64_t digits = 0;
+  int exponent = 0;
+  if (value != 0) decimal_form(std::fabs(value), count, digits, exponent);
+  for (int i = count; i >= 2; --i, digits /= 10) at[i] = static_cast<char>('0' + digits % 10);
+  at[0] = static_cast<char>('0' + digits);
+  at[1] = '.';
+  at += count + 1;
+  *at++ = 'E';
+  out.append(text, put_exponent(at, exponent));
 }
 
 std::string exponent_form(float value) {
   std::string out;
   append_exponent_form(out, value);
   return out;
+}
+
+void append_number_text(std::string& out, float value) {
+  constexpr int significant = 7;  // a single's digits, and its limit of the fixed form
+  if (value == 0) {
+    out += " 0";
+    return;
+  }
+  if (!std::isfinite(value)) {
+    out += number_text(value);
+    return;
+  }
+  out += value < 0 ? '-' : ' ';
+  uint64_t number = 0;
+  int exponent = 0;
+  decimal_form(std::fabs(value), significant, number, exponent);
+  char digits[significant];
+  for (int i = significant - 1; i >= 0; --i, number /= 10) digits[i] = static_cast<char>('0' + number % 10);
+  int count = significant;
+  while (count > 1 && digits[count - 1] == '0') --count;
+  if (exponent >= -4 && exponent < significant) {
+    if (exponent >= 0) {
+      const int whole = exponent + 1;
+      for (int i = 0; i < whole; ++i) out += i < count ? digits[i] : '0';
+      if (count > whole) {
+        out += '.';
+        out.append(digits + whole, static_cast<size_t>(count - whole));
+      }
+    } else {
+      out += '.';
+      out.append(static_cast<size_t>(-exponent - 1), '0');
+      out.append(digits, static_cast<size_t>(count));
+    }
+    return;
+  }
+  out += digits[0];
+  if (count > 1) {
+    out += '.';
+    out.append(digits + 1, static_cast<size_t>(count - 1));
+  }
+  out += 'E';
+  append_exponent(out, exponent);
 }
 
 std::string fixed_form(double value, int decimals) {
@@ -61,7 +188,7 @@ TextOutput::TextOutput(const std::string& path) {
 }
 
 void TextOutput::write_if_large() {
-  if (buffer_.size() >= (8u << 20)) {
+  if (buffer_.size() >= (256u << 10)) {
     out_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
     buffer_.clear();
   }
