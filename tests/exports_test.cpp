@@ -354,3 +354,51 @@ TEST(TextFormats, SamplesPrintAsNumberTextAndPrintfDo) {
     ASSERT_EQ(exponent_form(v), sci(v)) << v;
   }
 }
+
+// Short, empty and garbled files end in the routines' own way: nothing is
+// written where there is nothing to read, the closing box still comes, and
+// the input is left as it was.
+TEST(Exports, BadInputNeverStopsTheRoutines) {
+  const struct {
+    const char* what;
+    std::vector<uint8_t> file;
+  } inputs[] = {
+      {"empty", {}},
+      {"shorter than a header", {1, 2, 3}},
+      {"negative ns", [] {
+         auto b = su_bytes(line_of(1, 2, 4), 4, 500);
+         put_at<int16_t>(b, at::ns, -5);
+         return b;
+       }()},
+      {"ns far past the end", [] {
+         auto b = su_bytes(line_of(1, 2, 4), 4, 0);
+         put_at<int16_t>(b, at::ns, 32767);
+         return b;
+       }()},
+  };
+  struct Run {
+    const char* routine;
+    std::vector<Answer> replies;
+    std::vector<const char*> inputs;
+    const char* last_box;
+  };
+  const Run runs[] = {
+      {"su2Ascii", {Answer::yes}, {"1", "9"}, "line.txt has been recorded"},
+      {"Convert_2_X_Y_Z", {Answer::yes}, {"1", "9"}, "line.txt has been recorded"},
+      {"su2ascii2", {}, {"1", "2"}, "Conversion OK"},
+      {"Write_FBP", {}, {"1"}, "FBP files are recorded"},
+      {"Write_Rayfract", {Answer::yes}, {"1", "", "abc"}, ""},
+  };
+  for (const auto& input : inputs)
+    for (const auto& r : runs) {
+      SCOPED_TRACE(std::string(input.what) + " " + r.routine);
+      Exports e;
+      write_bytes(e.su, input.file);
+      e.answer_dialog(e.su);
+      for (Answer a : r.replies) e.platform.replies.push_back(a);
+      for (const char* a : r.inputs) e.platform.input_answers.push_back(std::string(a));
+      e.app.run_routine(r.routine);
+      EXPECT_EQ(read_bytes(e.su), input.file);
+      if (*r.last_box) expect_in(e.last_box(), {r.last_box});
+    }
+}

@@ -347,3 +347,30 @@ TEST(Vibroseis, InfoBoxAndTheTraceWiseRun) {
   expect_in(d.out.str(), {box_line("Record n\xC2\xB0 12 has been correlated", "exclamation")});
   for (const char* work : {"tmp1.su", "tmp2.su", "tmp3.su", "tmp4.su"}) EXPECT_FALSE(fs::exists(d.data.file(work)));
 }
+
+// An empty or garbled file: the vibrator panel writes what the geometry
+// allows (nothing for a file shorter than a trace) and still reports; the
+// correlation panel fills its fields and runs without a crash.
+TEST(Vibroseis, BadInputEndsInTheBoxes) {
+  const std::vector<uint8_t> inputs[] = {{}, {9, 9, 9}, [] {
+                                           auto b = su_bytes(line_of(1, 2, 4), 4, 500);
+                                           put_at<int16_t>(b, at::ns, -60);
+                                           return b;
+                                         }()};
+  for (const auto& input : inputs) {
+    SCOPED_TRACE(input.size());
+    Desk d;
+    write_bytes(d.su, input);
+    d.app.state.current_file = d.su;
+    d.show("vibro").click("Command1");
+    EXPECT_EQ(d.boxes().back(), box_line("Header update done done !", "information"));
+    if (input.size() < 240) EXPECT_EQ(read_bytes(d.su), input);
+
+    write_bytes(d.su, input);
+    Panel& p = d.show("vibroseis");
+    p.set_text("Text9", p.text("Text8"));
+    p.click("Command3");
+    EXPECT_EQ(d.lines().back(), "{\"event\":\"unload\",\"panel\":\"vibroseis\"}");
+    EXPECT_EQ(read_bytes(d.su), input);
+  }
+}
