@@ -29,13 +29,6 @@ constexpr double fbp_per_second = 10000;
 constexpr double fbp_per_millisecond = 10;
 constexpr int16_t exit_step = 99;
 
-std::string ask(Platform& platform, const std::string& prompt, const std::string& default_text) {
-  InputBoxRequest request;
-  request.prompt = prompt;
-  request.default_text = default_text;
-  return platform.input_box(request);
-}
-
 // The dialog of both buttons.
 std::string su_file_dialog(App& app) {
   FileDialogRequest dialog;

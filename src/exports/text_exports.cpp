@@ -28,13 +28,6 @@ const char* const recorded = " has been recorded";
 // Channel files are numbered from this base: its last two digits name them.
 constexpr int16_t channel_number_base = 1000;
 
-std::string ask(Platform& platform, const std::string& prompt, const std::string& default_text) {
-  InputBoxRequest request;
-  request.prompt = prompt;
-  request.default_text = default_text;
-  return platform.input_box(request);
-}
-
 // An SU file opened for reading as file `number`; a name with a wildcard (a
 // cancelled dialog) is a bad file name.
 BinaryFile& open_su(App& app, int number, const std::string& name) {

@@ -182,6 +182,13 @@ std::string fixed_form(double value, int decimals) {
   return out;
 }
 
+std::string ask(Platform& platform, const std::string& prompt, const std::string& default_text) {
+  InputBoxRequest request;
+  request.prompt = prompt;
+  request.default_text = default_text;
+  return platform.input_box(request);
+}
+
 TextOutput::TextOutput(const std::string& path) {
   // A wildcard (a name formed from a cancelled dialog) is a bad file name.
   if (path.find_first_of("*?") == std::string::npos) out_.open(path, std::ios::binary | std::ios::trunc);

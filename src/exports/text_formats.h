@@ -1,10 +1,12 @@
-// The number formats of the text exports: "0.00000000E+00" for samples,
-// "###0.0000" and its kin for picks, stations and elevations, and a text
-// file written in large pieces.
+// What the text exports share: the number formats ("0.00000000E+00" for
+// samples, "###0.0000" and its kin for picks, stations and elevations), the
+// input box, and a text file written in large pieces.
 #pragma once
 
 #include <fstream>
 #include <string>
+
+#include "frame/platform.h"
 
 namespace tf {
 
@@ -21,6 +23,9 @@ void append_number_text(std::string& out, float value);
 // "###0.0", "###0.0000", "####0": at least one integer digit and `decimals`
 // places, rounded half away from zero on the value's 15-digit decimal form.
 std::string fixed_form(double value, int decimals);
+
+// The answer of an input box with the default title.
+std::string ask(Platform& platform, const std::string& prompt, const std::string& default_text);
 
 // A text file opened for output (emptied), gathered and written in large
 // pieces. A file that cannot be made (no folder, a wildcard in the name)

@@ -100,43 +100,33 @@ std::vector<std::string> words(const std::string& text) {
   return out;
 }
 
-// Starts a program in its own session and does not wait for it: a child
-// forks the grandchild and ends at once, so no zombie stays behind. The
-// program gets no console input, as a start from the desktop.
-int spawn_detached(const std::vector<std::string>& argv, const std::string& dir) {
-  pid_t child = fork();
-  if (child < 0) return 0;
-  if (child == 0) {
-    setsid();
-    if (fork() != 0) _exit(0);
-    if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
-    int nothing = open("/dev/null", O_RDONLY);
-    if (nothing >= 0) dup2(nothing, 0);
-    std::vector<char*> args;
-    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-    execvp(args[0], args.data());
-    _exit(127);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return shell_started;
+// In the child: the program in its folder, with no console input, as a
+// start from the desktop. Never comes back.
+[[noreturn]] void exec_program(const std::vector<std::string>& argv, const std::string& dir) {
+  if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
+  int nothing = open("/dev/null", O_RDONLY);
+  if (nothing >= 0) dup2(nothing, 0);
+  std::vector<char*> args;
+  for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+  args.push_back(nullptr);
+  execvp(args[0], args.data());
+  _exit(127);
 }
 
-// Starts a program and comes back when it has ended. It gets no console
-// input either, so a pause in a batch passes.
-int spawn_and_wait(const std::vector<std::string>& argv, const std::string& dir) {
+// Starts a program and waits for the child: with `detached`, a child that
+// starts the program in its own session and ends at once, so that the call
+// comes back at once and no zombie stays behind; otherwise the program
+// itself, so that the call comes back when it has ended (a pause in a batch
+// passes, there being no console input).
+int spawn(const std::vector<std::string>& argv, const std::string& dir, bool detached) {
   pid_t child = fork();
   if (child < 0) return 0;
   if (child == 0) {
-    if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
-    int nothing = open("/dev/null", O_RDONLY);
-    if (nothing >= 0) dup2(nothing, 0);
-    std::vector<char*> args;
-    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-    execvp(args[0], args.data());
-    _exit(127);
+    if (detached) {
+      setsid();
+      if (fork() != 0) _exit(0);
+    }
+    exec_program(argv, dir);
   }
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
@@ -193,7 +183,7 @@ int shell_start(const ShellRequest& r) {
   }
   if (argv[0].empty()) return shell_no_association;
   for (auto& w : words(r.params)) argv.push_back(w);
-  return r.wait_for_end ? spawn_and_wait(argv, r.dir) : spawn_detached(argv, r.dir);
+  return spawn(argv, r.dir, !r.wait_for_end);
 }
 
 std::string find_executable(const std::string& document) {

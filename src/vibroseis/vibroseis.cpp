@@ -122,36 +122,33 @@ void vibroseis::lecture_non_correle() {
   set_text("Text10", field_text(s.ns));
 }
 
-void vibroseis::Command1_Click() {
+// The file dialog of both buttons; "" on a cancel, which only puts the
+// main panel's pointer back.
+std::string vibroseis::choose_file(bool save) {
   Folder_Of(platform, state.current_file, state.data_folder);
   FileDialogRequest dialog;
+  dialog.save = save;
+  if (save) dialog.flags = overwrite_prompt;
   dialog.title = dialog_title;
   dialog.filter = dialog_filter;
   dialog.file_name = dialog_start;
   const std::string chosen = platform.file_dialog(dialog);
-  if (chosen == dialog_start) {
-    platform.set_pointer("Utility", Pointer::arrow);
-    return;
-  }
+  if (chosen != dialog_start) return chosen;
+  platform.set_pointer("Utility", Pointer::arrow);
+  return "";
+}
+
+void vibroseis::Command1_Click() {
+  const std::string chosen = choose_file(false);
+  if (chosen.empty()) return;
   state.current_file = chosen;
   set_text("Text1", chosen);
   lecture_non_correle();
 }
 
 void vibroseis::Command2_Click() {
-  Folder_Of(platform, state.current_file, state.data_folder);
-  FileDialogRequest dialog;
-  dialog.save = true;
-  dialog.flags = overwrite_prompt;
-  dialog.title = dialog_title;
-  dialog.filter = dialog_filter;
-  dialog.file_name = dialog_start;
-  const std::string chosen = platform.file_dialog(dialog);
-  if (chosen == dialog_start) {
-    platform.set_pointer("Utility", Pointer::arrow);
-    return;
-  }
-  set_text("Text2", chosen);
+  const std::string chosen = choose_file(true);
+  if (!chosen.empty()) set_text("Text2", chosen);
 }
 
 // The fields of a run into SessionState; false (after the box) when the

@@ -22,6 +22,7 @@ class vibroseis : public Panel {
 
  private:
   struct RunFields;
+  std::string choose_file(bool save);
   bool read_run_fields(RunFields& run, const std::string& samples_field, const char* limit_message);
   void gather(int16_t counter, const std::string& result);
   void delete_work_files(std::initializer_list<const char*> names);
