@@ -212,6 +212,17 @@ void vibroseis::gather(int16_t counter, const std::string& result) {
   }
 }
 
+// The panel busy: its start button off, the progress over the records,
+// the work files in the input's folder, the batch file in the application's.
+void vibroseis::begin_run(const RunFields& run, int progress_min) {
+  (*this)["Command3"].enabled = false;
+  changed((*this)["Command3"]);
+  set_pointer(Pointer::hourglass);
+  set_progress_range("ProgressBar1", progress_min, run.last - run.first < 1 ? 1 : run.last - run.first);
+  Folder_Of(platform, state.current_file, state.data_folder);
+  state.batch_file = platform.application_folder() + native_path("\\correlation.bat");
+}
+
 void vibroseis::finish() {
   resume_next([&] { files.close_all(); });
   (*this)["Command3"].enabled = true;
@@ -224,12 +235,7 @@ void vibroseis::Command3_Click() {
   auto& s = state;
   RunFields run;
   if (!read_run_fields(run, "Text5", sample_limit)) return;
-  (*this)["Command3"].enabled = false;
-  changed((*this)["Command3"]);
-  set_pointer(Pointer::hourglass);
-  set_progress_range("ProgressBar1", 0, run.last - run.first < 1 ? 1 : run.last - run.first);
-  Folder_Of(platform, s.current_file, s.data_folder);
-  s.batch_file = platform.application_folder() + native_path("\\correlation.bat");
+  begin_run(run, 0);
   delete_work_files({sweep, korrelated, uncorrel, tempo});
   set_text("Text11", working_on + number_text(run.first));
 
@@ -267,12 +273,7 @@ void vibroseis::correlate_trace_wise() {
   auto& s = state;
   RunFields run;
   if (!read_run_fields(run, "Text10", sample_limit_trace_wise)) return;
-  (*this)["Command3"].enabled = false;
-  changed((*this)["Command3"]);
-  set_pointer(Pointer::hourglass);
-  set_progress_range("ProgressBar1", 1, run.last - run.first < 1 ? 1 : run.last - run.first);
-  Folder_Of(platform, s.current_file, s.data_folder);
-  s.batch_file = platform.application_folder() + native_path("\\correlation.bat");
+  begin_run(run, 1);
   delete_work_files({"tmp1.su", "tmp2.su"});
 
   int16_t counter = 1;

@@ -27,6 +27,7 @@ class vibroseis : public Panel {
   void gather(int16_t counter, const std::string& result);
   void delete_work_files(std::initializer_list<const char*> names);
   std::string work(const char* name) const;
+  void begin_run(const RunFields& run, int progress_min);
   void finish();
 };
 
