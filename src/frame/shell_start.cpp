@@ -101,8 +101,13 @@ std::vector<std::string> words(const std::string& text) {
 }
 
 // In the child: the program in its folder, with no console input, as a
-// start from the desktop. Never comes back.
-[[noreturn]] void exec_program(const std::vector<std::string>& argv, const std::string& dir) {
+// start from the desktop; a hidden start sees no display, so that a batch
+// runs in the background rather than in a terminal window. Never comes back.
+[[noreturn]] void exec_program(const std::vector<std::string>& argv, const std::string& dir, bool hidden) {
+  if (hidden) {
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+  }
   if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
   int nothing = open("/dev/null", O_RDONLY);
   if (nothing >= 0) dup2(nothing, 0);
@@ -118,7 +123,7 @@ std::vector<std::string> words(const std::string& text) {
 // comes back at once and no zombie stays behind; otherwise the program
 // itself, so that the call comes back when it has ended (a pause in a batch
 // passes, there being no console input).
-int spawn(const std::vector<std::string>& argv, const std::string& dir, bool detached) {
+int spawn(const std::vector<std::string>& argv, const std::string& dir, bool detached, bool hidden) {
   pid_t child = fork();
   if (child < 0) return 0;
   if (child == 0) {
@@ -126,7 +131,7 @@ int spawn(const std::vector<std::string>& argv, const std::string& dir, bool det
       setsid();
       if (fork() != 0) _exit(0);
     }
-    exec_program(argv, dir);
+    exec_program(argv, dir, hidden);
   }
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
@@ -183,7 +188,8 @@ int shell_start(const ShellRequest& r) {
   }
   if (argv[0].empty()) return shell_no_association;
   for (auto& w : words(r.params)) argv.push_back(w);
-  return spawn(argv, r.dir, !r.wait_for_end);
+  constexpr int hide = 0;  // the window style of a hidden start
+  return spawn(argv, r.dir, !r.wait_for_end, r.show == hide);
 }
 
 std::string find_executable(const std::string& document) {
