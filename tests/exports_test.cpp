@@ -339,6 +339,13 @@ TEST(Rayfract, ExitAndEmptyRuns) {
 TEST(TextFormats, SamplesPrintAsNumberTextAndPrintfDo) {
   std::vector<float> values{0.0f, -0.0f, 1.0f, -1.0f, 0.5f, 1e-4f, 9.9999e-5f, 1234567.0f, 9999999.0f, 12345678.0f,
                             1e7f, 3.4e38f, 1.4e-45f, -2.5e-9f, 0.1f, 123.456f, 1e-9f, 65536.0f, 0.00012345f};
+  for (uint32_t exponent = 0; exponent < 255; ++exponent)  // every power of two, denormals too
+    for (uint32_t mantissa : {0u, 1u, 0x400000u, 0x7FFFFFu, 0x1A2B3Cu}) {
+      const uint32_t pattern = exponent << 23 | mantissa;
+      float v;
+      std::memcpy(&v, &pattern, sizeof v);
+      values.push_back(v);
+    }
   uint32_t bits = 0x12345678;
   for (int i = 0; i < 20000; ++i) {
     bits = bits * 1664525u + 1013904223u;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -30,10 +31,16 @@ double power_of_ten(int n) {
 // middle of two roundings gives false, for the exact conversion to decide.
 bool significant_digits(float value, int count, uint64_t& digits, int& exponent) {
   const double v = value;
-  int binary = 0;
-  std::frexp(v, &binary);
-  // 0.30103 is log10(2): the power of ten of the first digit, or one less.
-  exponent = static_cast<int>(std::floor((binary - 1) * 0.30102999566398120));
+  // The power of two from the single's own exponent field (a denormal's
+  // through frexp), then of ten by 78913 / 2^18, just below log10(2): the
+  // power of ten of the first digit, or one less.
+  const int biased = static_cast<int>((std::bit_cast<uint32_t>(value) >> 23) & 0xFF);
+  int binary = biased - 127;
+  if (biased == 0) {
+    std::frexp(v, &binary);
+    --binary;
+  }
+  exponent = (binary * 78913) >> 18;
   const double low = power_of_ten(count - 1), high = power_of_ten(count);
   double scaled = v * power_of_ten(count - 1 - exponent);
   if (scaled >= high) scaled = v * power_of_ten(count - 1 - ++exponent);
@@ -62,6 +69,11 @@ void decimal_form(float value, int count, uint64_t& digits, int& exponent) {
     if (*c != '.') digits = digits * 10 + static_cast<uint64_t>(*c - '0');
   std::from_chars(c + 1 + (c[1] == '+'), end, exponent);
 }
+
+constexpr char two_digits[] =
+    "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+    "8081828384858687888990919293949596979899";
 
 // "+05", "-12": the exponent's sign and at least two digits, at `text`;
 // gives the end.
@@ -94,7 +106,8 @@ void append_exponent_form(std::string& out, float value) {
   uint64_t digits = 0;
   int exponent = 0;
   if (value != 0) decimal_form(std::fabs(value), count, digits, exponent);
-  for (int i = count; i >= 2; --i, digits /= 10) at[i] = static_cast<char>('0' + digits % 10);
+  // Eight digits behind the point, two at a time, then the first.
+  for (int i = count - 1; i >= 2; i -= 2, digits /= 100) std::memcpy(at + i, two_digits + 2 * (digits % 100), 2);
   at[0] = static_cast<char>('0' + digits);
   at[1] = '.';
   at += count + 1;
