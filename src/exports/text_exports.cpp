@@ -161,12 +161,19 @@ void su2Ascii(App& app) {
       for (size_t j = 0; j < count; ++j) lines[i * width + start + j] = traces[j * ns + i];
   }
   TextOutput out(native_path(range.output));
+  std::string& text = out.buffer();
   for (size_t i = 0; i < ns; ++i) {
+    // Room for the longest line, cut to what was written.
+    const size_t start = text.size();
+    text.resize(start + width * (exponent_form_size + 1) + 2);
+    char* at = text.data() + start;
     for (size_t k = 0; k < width; ++k) {
-      append_exponent_form(out.buffer(), lines[i * width + k]);
-      out.buffer() += ',';
+      at = put_exponent_form(at, lines[i * width + k]);
+      *at++ = ',';
     }
-    out.buffer() += "\r\n";
+    *at++ = '\r';
+    *at++ = '\n';
+    text.resize(static_cast<size_t>(at - text.data()));
     out.write_if_large();
   }
   out.close();

@@ -93,15 +93,10 @@ void append_exponent(std::string& out, int exponent) {
 
 }  // namespace
 
-void append_exponent_form(std::string& out, float value) {
+char* put_exponent_form(char* at, float value) {
   constexpr int count = 9;
-  if (!std::isfinite(value)) {
-    char text[32];
-    out.append(text, std::to_chars(text, text + sizeof text, static_cast<double>(value), std::chars_format::scientific, 8).ptr);
-    return;
-  }
-  char text[24];
-  char* at = text;
+  if (!std::isfinite(value))
+    return std::to_chars(at, at + exponent_form_size, static_cast<double>(value), std::chars_format::scientific, 8).ptr;
   if (std::signbit(value)) *at++ = '-';
   uint64_t digits = 0;
   int exponent = 0;
@@ -112,7 +107,12 @@ void append_exponent_form(std::string& out, float value) {
   at[1] = '.';
   at += count + 1;
   *at++ = 'E';
-  out.append(text, put_exponent(at, exponent));
+  return put_exponent(at, exponent);
+}
+
+void append_exponent_form(std::string& out, float value) {
+  char text[exponent_form_size];
+  out.append(text, put_exponent_form(text, value));
 }
 
 std::string exponent_form(float value) {

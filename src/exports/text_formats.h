@@ -13,6 +13,10 @@ namespace tf {
 // "0.00000000E+00": nine significant digits, a signed exponent of at least
 // two digits.
 void append_exponent_form(std::string& out, float value);
+// The same written at `at`, which has room for exponent_form_size
+// characters; gives the end.
+inline constexpr size_t exponent_form_size = 16;
+char* put_exponent_form(char* at, float value);
 std::string exponent_form(float value);
 
 // The number-to-text form of a single (" 1.25", "-.5", " 1E-09"), added to
