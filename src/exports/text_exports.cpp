@@ -186,27 +186,34 @@ void Convert_2_X_Y_Z(App& app) {
   TraceRange range;
   if (!ask_trace_range(app, xyz_question, range, true)) return;
   sample_buffer(app);
-  // Milliseconds, negative down the trace; the first sample lies at one
-  // interval, not at 0. The same for every trace: printed once.
+  // Three printed items a line in columns of 14: cdp, the time in ms and
+  // the sample. The cdp item (12 characters at most) always ends before
+  // column 14, so the time starts there; its item and the blanks up to the
+  // next column are the same for every trace, and made once. Times are
+  // negative down the trace; the first sample lies at one interval, not at 0.
   std::vector<std::string> times;
-  for (size_t i = 1; i <= s.r4_trace.size(); ++i) times.push_back(number_text(-(s.dt / 1000.0) * static_cast<double>(i)) + " ");
+  for (size_t i = 1; i <= s.r4_trace.size(); ++i) {
+    std::string item = number_text(-(s.dt / 1000.0) * static_cast<double>(i)) + " ";
+    item.resize(next_column(14 + item.size()) - 14, ' ');
+    times.push_back(item);
+  }
   TextOutput out(native_path(range.output));
+  std::string& text = out.buffer();
   int32_t cdp = 0;
   for (int32_t k = s.first_trace; k <= s.last_trace; ++k) {
     resume_next([&] { read_samples(app, 1, k, s.r4_trace); });
     resume_next([&] { app.files[1].read_value(int64_t{s.trace_pos} + su::word("cdp").offset, cdp); });
-    const std::string cdp_item = number_text(int64_t{cdp}) + " ";
-    std::string& text = out.buffer();
+    std::string cdp_item = number_text(int64_t{cdp}) + " ";
+    cdp_item.resize(next_column(cdp_item.size()), ' ');
     for (size_t i = 0; i < s.r4_trace.size(); ++i) {
-      // Three printed items in columns of 14; the sample is a single,
-      // printed with its 7 digits.
-      const size_t line_start = text.size();
-      text += cdp_item;
-      text.resize(line_start + next_column(cdp_item.size()), ' ');
-      text += times[i];
-      text.resize(line_start + next_column(text.size() - line_start), ' ');
-      append_number_text(text, s.r4_trace[i]);
-      text += " \r\n";
+      // The sample is a single, printed with its 7 digits.
+      const size_t start = text.size();
+      text.resize(start + cdp_item.size() + times[i].size() + number_text_size + 3);
+      char* at = std::copy(cdp_item.begin(), cdp_item.end(), text.data() + start);
+      at = std::copy(times[i].begin(), times[i].end(), at);
+      at = put_number_text(at, s.r4_trace[i]);
+      at = std::copy_n(" \r\n", 3, at);
+      text.resize(static_cast<size_t>(at - text.data()));
     }
     out.write_if_large();
   }

@@ -86,11 +86,6 @@ char* put_exponent(char* text, int exponent) {
   return text;
 }
 
-void append_exponent(std::string& out, int exponent) {
-  char text[8];
-  out.append(text, put_exponent(text, exponent));
-}
-
 }  // namespace
 
 char* put_exponent_form(char* at, float value) {
@@ -121,17 +116,18 @@ std::string exponent_form(float value) {
   return out;
 }
 
-void append_number_text(std::string& out, float value) {
+char* put_number_text(char* at, float value) {
   constexpr int significant = 7;  // a single's digits, and its limit of the fixed form
   if (value == 0) {
-    out += " 0";
-    return;
+    *at++ = ' ';
+    *at++ = '0';
+    return at;
   }
   if (!std::isfinite(value)) {
-    out += number_text(value);
-    return;
+    const std::string text = number_text(value);
+    return std::copy(text.begin(), text.end(), at);
   }
-  out += value < 0 ? '-' : ' ';
+  *at++ = value < 0 ? '-' : ' ';
   uint64_t number = 0;
   int exponent = 0;
   decimal_form(std::fabs(value), significant, number, exponent);
@@ -142,25 +138,30 @@ void append_number_text(std::string& out, float value) {
   if (exponent >= -4 && exponent < significant) {
     if (exponent >= 0) {
       const int whole = exponent + 1;
-      for (int i = 0; i < whole; ++i) out += i < count ? digits[i] : '0';
+      for (int i = 0; i < whole; ++i) *at++ = i < count ? digits[i] : '0';
       if (count > whole) {
-        out += '.';
-        out.append(digits + whole, static_cast<size_t>(count - whole));
+        *at++ = '.';
+        at = std::copy(digits + whole, digits + count, at);
       }
     } else {
-      out += '.';
-      out.append(static_cast<size_t>(-exponent - 1), '0');
-      out.append(digits, static_cast<size_t>(count));
+      *at++ = '.';
+      at = std::fill_n(at, -exponent - 1, '0');
+      at = std::copy(digits, digits + count, at);
     }
-    return;
+    return at;
   }
-  out += digits[0];
+  *at++ = digits[0];
   if (count > 1) {
-    out += '.';
-    out.append(digits + 1, static_cast<size_t>(count - 1));
+    *at++ = '.';
+    at = std::copy(digits + 1, digits + count, at);
   }
-  out += 'E';
-  append_exponent(out, exponent);
+  *at++ = 'E';
+  return put_exponent(at, exponent);
+}
+
+void append_number_text(std::string& out, float value) {
+  char text[number_text_size];
+  out.append(text, put_number_text(text, value));
 }
 
 std::string fixed_form(double value, int decimals) {

@@ -23,6 +23,9 @@ std::string exponent_form(float value);
 // `out`: the same text as number_text, made without its allocations for
 // exports of millions of samples.
 void append_number_text(std::string& out, float value);
+// The same written at `at`, with room for number_text_size characters.
+inline constexpr size_t number_text_size = 24;
+char* put_number_text(char* at, float value);
 
 // "###0.0", "###0.0000", "####0": at least one integer digit and `decimals`
 // places, rounded half away from zero on the value's 15-digit decimal form.
