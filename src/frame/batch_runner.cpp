@@ -43,7 +43,8 @@ std::string through(const std::string& text, size_t dot) {
 
 }  // namespace
 
-void Run_Batch(App& app, const std::string& command_file, const std::string& arguments, int window_style) {
+void Run_Batch(App& app, const std::string& command_file, const std::string& arguments, int window_style,
+               bool wait_for_end) {
   Platform& platform = app.platform;
   std::string batch_path = platform.application_folder() + sep + batch_name;
   // The main panel's rich text box is the buffer; a file that cannot be
@@ -61,6 +62,7 @@ void Run_Batch(App& app, const std::string& command_file, const std::string& arg
   start.params = arguments;
   start.dir = platform.application_folder();
   start.show = window_style;
+  start.wait_for_end = wait_for_end;
   if (platform.shell_execute(start) < 32) message(platform, shell_failure + batch_path);
   platform.set_pointer("Utility", Pointer::arrow);
 }

@@ -9,8 +9,10 @@ namespace tf {
 class App;
 
 // Normalises a command file (lower case, one pass of each blank rule), saves
-// it as "batch.bat" in the application folder and starts it; does not wait.
-void Run_Batch(App& app, const std::string& command_file, const std::string& arguments, int window_style);
+// it as "batch.bat" in the application folder and starts it; does not wait,
+// unless the caller reads the results of the commands next (wait_for_end).
+void Run_Batch(App& app, const std::string& command_file, const std::string& arguments, int window_style,
+               bool wait_for_end = false);
 
 // The program that opens files with this extension, "" when none is known.
 std::string Find_Exec_For_Ext(App& app, const std::string& extension);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "frame/file_selection.h"
 #include "frame/panel.h"
 #include "frame/paths.h"
 #include "su/su_record.h"
@@ -83,7 +84,7 @@ void Folder_Of(Platform& platform, const std::string& path, std::string& folder)
 
 void Read_ns_dt(App& app, const std::string& file) {
   resume_next([&] {
-    auto& f = app.files.open(11, native_path(file));
+    auto& f = app.files.open(11, file_system_name(native_path(file)));  // a wildcard is a bad name
     int16_t ns = 0, dt = 0;
     f.read_value(su::word("ns").offset, ns);
     f.read_value(su::word("dt").offset, dt);

@@ -21,6 +21,10 @@
 #include "operations/extract.h"
 #include "operations/reversex.h"
 #include "operations/trace_edits.h"
+#include "exports/first_breaks.h"
+#include "exports/text_exports.h"
+#include "vibroseis/vibro.h"
+#include "vibroseis/vibroseis.h"
 
 namespace tf {
 
@@ -52,6 +56,13 @@ void register_all_panels(App& app) {
   app.panels.add("reversex", make<reversex>());
   app.routines["Replace_Trace"] = Replace_Trace;
   app.routines["Modify_FBP"] = Modify_FBP;
+  app.panels.add("vibro", make<vibro>());
+  app.panels.add("vibroseis", make<vibroseis>());
+  app.routines["su2ascii2"] = su2ascii2;
+  app.routines["su2Ascii"] = su2Ascii;
+  app.routines["Convert_2_X_Y_Z"] = Convert_2_X_Y_Z;
+  app.routines["Write_FBP"] = Write_FBP;
+  app.routines["Write_Rayfract"] = Write_Rayfract;
 }
 
 }  // namespace tf

@@ -67,6 +67,9 @@ struct ShellRequest {
   std::string params;
   std::string dir;
   int show = 1;  // 1: shown normally
+  // The caller goes on only when what was started has ended (a batch whose
+  // results the next step reads).
+  bool wait_for_end = false;
 };
 
 class Platform {

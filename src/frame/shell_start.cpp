@@ -38,6 +38,22 @@ std::string program_folder() {
 
 #ifdef _WIN32
 int shell_start(const ShellRequest& r) {
+  if (r.wait_for_end) {
+    SHELLEXECUTEINFOA info{};
+    info.cbSize = sizeof info;
+    info.fMask = SEE_MASK_NOCLOSEPROCESS;
+    info.lpVerb = r.verb.c_str();
+    info.lpFile = r.file.c_str();
+    info.lpParameters = r.params.empty() ? nullptr : r.params.c_str();
+    info.lpDirectory = r.dir.empty() ? nullptr : r.dir.c_str();
+    info.nShow = r.show;
+    if (!ShellExecuteExA(&info)) return static_cast<int>(reinterpret_cast<intptr_t>(info.hInstApp));
+    if (info.hProcess) {
+      WaitForSingleObject(info.hProcess, INFINITE);
+      CloseHandle(info.hProcess);
+    }
+    return static_cast<int>(reinterpret_cast<intptr_t>(info.hInstApp));
+  }
   auto result = ShellExecuteA(nullptr, r.verb.c_str(), r.file.c_str(), r.params.empty() ? nullptr : r.params.c_str(),
                               r.dir.empty() ? nullptr : r.dir.c_str(), r.show);
   return static_cast<int>(reinterpret_cast<intptr_t>(result));
@@ -84,26 +100,42 @@ std::vector<std::string> words(const std::string& text) {
   return out;
 }
 
-// Starts a program in its own session and does not wait for it: a child
-// forks the grandchild and ends at once, so no zombie stays behind. The
-// program gets no console input, as a start from the desktop.
-int spawn_detached(const std::vector<std::string>& argv, const std::string& dir) {
+// In the child: the program in its folder, with no console input, as a
+// start from the desktop; a hidden start sees no display, so that a batch
+// runs in the background rather than in a terminal window. Never comes back.
+[[noreturn]] void exec_program(const std::vector<std::string>& argv, const std::string& dir, bool hidden) {
+  if (hidden) {
+    unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
+  }
+  if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
+  int nothing = open("/dev/null", O_RDONLY);
+  if (nothing >= 0) dup2(nothing, 0);
+  std::vector<char*> args;
+  for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+  args.push_back(nullptr);
+  execvp(args[0], args.data());
+  _exit(127);
+}
+
+// Starts a program and waits for the child: with `detached`, a child that
+// starts the program in its own session and ends at once, so that the call
+// comes back at once and no zombie stays behind; otherwise the program
+// itself, so that the call comes back when it has ended (a pause in a batch
+// passes, there being no console input).
+int spawn(const std::vector<std::string>& argv, const std::string& dir, bool detached, bool hidden) {
   pid_t child = fork();
   if (child < 0) return 0;
   if (child == 0) {
-    setsid();
-    if (fork() != 0) _exit(0);
-    if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
-    int nothing = open("/dev/null", O_RDONLY);
-    if (nothing >= 0) dup2(nothing, 0);
-    std::vector<char*> args;
-    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-    execvp(args[0], args.data());
-    _exit(127);
+    if (detached) {
+      setsid();
+      if (fork() != 0) _exit(0);
+    }
+    exec_program(argv, dir, hidden);
   }
   int status = 0;
-  waitpid(child, &status, 0);
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
   return shell_started;
 }
 
@@ -156,7 +188,8 @@ int shell_start(const ShellRequest& r) {
   }
   if (argv[0].empty()) return shell_no_association;
   for (auto& w : words(r.params)) argv.push_back(w);
-  return spawn_detached(argv, r.dir);
+  constexpr int hide = 0;  // the window style of a hidden start
+  return spawn(argv, r.dir, !r.wait_for_end, r.show == hide);
 }
 
 std::string find_executable(const std::string& document) {

@@ -15,7 +15,8 @@ inline constexpr int shell_started = 42;
 // On Windows the shell's own call. Elsewhere the same contract: a missing
 // file gives 2, a ".bat" goes to the batch interpreter (tracefold-batch), an
 // executable starts detached, any other document goes to the desktop's
-// opener (31 when there is none). The call never waits for what it starts.
+// opener (31 when there is none). The call does not wait for what it starts,
+// unless the request asks to wait for its end.
 int shell_start(const ShellRequest& request);
 
 // Whether a start would find its file (a bare name also on PATH).

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "frame/conventions.h"
+#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/panel.h"
 #include "frame/paths.h"
@@ -174,7 +175,9 @@ void Calcul_Channel(App& app, const std::string& file, int32_t& traces, int16_t&
   // A limit of 150 traces is set here and never applied: the whole file is
   // scanned for channels.
   channels = 0;
-  resume_next([&] { files.open(1, native_path(file)); });  // no close first
+  // No close first. A name with a wildcard (a cancelled dialog) is refused
+  // as a bad file name, not made into a file.
+  resume_next([&] { files.open(1, file_system_name(native_path(file))); });
   resume_next([&] { read_ns(app); });
   resume_next([&] { files[1].read_value(su::word("dt").offset, s.dt); });
   resume_next([&] { traces = su::trace_count(files[1].length(), s.ns); });

@@ -228,7 +228,9 @@ int ScriptPlatform::shell_execute(const ShellRequest& r) {
   }
   JsonLine line;
   line.add("event", "shell").add("verb", r.verb).add("file", r.file).add("params", r.params).add("dir", r.dir);
-  line.add("show", r.show).add("result", result);
+  line.add("show", r.show);
+  if (r.wait_for_end) line.add("wait", true);
+  line.add("result", result);
   emit(line.str());
   return result;
 }

@@ -263,10 +263,21 @@ double QtPlatform::seconds_now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
 }
 
+// The sound plays to its end before the caller goes on (its box follows).
+// Qt has no audio of its own without its multimedia module, so the wave
+// goes to the desktop's sound player; with none, the bell rings. A missing
+// file plays nothing.
 void QtPlatform::play_sound(const std::string& file) {
-  for (const char* player : {"paplay", "aplay"}) {
-    if (!QStandardPaths::findExecutable(player).isEmpty()) {
-      QProcess::startDetached(player, {q(file)});
+  if (!QFileInfo(q(file)).isFile()) return;
+  for (const char* player : {"paplay", "aplay", "pw-play"}) {
+    if (QStandardPaths::findExecutable(player).isEmpty()) continue;
+    QProcess play;
+    play.start(player, {q(file)});
+    if (play.waitForStarted(3000)) {
+      while (!play.waitForFinished(50)) {
+        if (play.state() == QProcess::NotRunning) break;
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+      }
       return;
     }
   }
