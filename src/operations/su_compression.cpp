@@ -1,0 +1,164 @@
+#include "operations/su_compression.h"
+
+#include <cmath>
+
+#include "frame/helpers.h"
+#include "frame/panel.h"
+#include "frame/paths.h"
+#include "operations/su_first_trace.h"
+#include "su/su_record.h"
+
+namespace tf {
+
+namespace {
+
+constexpr int input_file = 3, output_file = 4;
+constexpr double peak_target = 10000;
+
+// The dialog of the main panel; "" when the choice names no file.
+std::string chosen_file(App& app, const char* title, const char* filter, const char* start_name, int filter_index) {
+  FileDialogRequest r;
+  r.title = title;
+  r.filter = filter;
+  r.file_name = start_name;
+  r.filter_index = filter_index;
+  std::string name;
+  resume_next([&] { name = app.platform.file_dialog(r); });
+  return File_Exists(name) == 1 ? name : std::string();
+}
+
+// ns and dt of the first trace through file 11; 0 means 1024 samples of
+// 1000 microseconds.
+void first_trace_geometry(App& app, const std::string& file) {
+  int16_t ns = 0, dt = 0;
+  read_first_ns_dt(app.files, 11, file, ns, dt);
+  resume_next([&] { app.files.close(11); });
+  app.state.ns = ns == 0 ? 1024 : ns;
+  app.state.dt = dt == 0 ? 1000 : dt;
+}
+
+// Traces by the size of an expanded record, 240 + 4 ns, formed in 16 bits:
+// an ns above 8131 overflows and the count keeps its value.
+void count_traces(App& app, const std::string& file, int32_t& traces) {
+  resume_next([&] {
+    traces = traces_by_record_size(file_length(native_path(file)), i16_add(su::header_size, i16_mul(4, app.state.ns)));
+  });
+}
+
+// The scan steps: every 500th trace, every 50th below 1000 traces, every
+// 10th below 100.
+int32_t scan_step(int32_t traces) { return traces < 100 ? 10 : traces < 1000 ? 50 : 500; }
+
+void open_pair(App& app, const std::string& in, const std::string& out) {
+  resume_next([&] { app.files.close_all(); });
+  resume_next([&] { app.files.open(input_file, native_path(in)); });
+  resume_next([&] { app.files.open(output_file, native_path(out)); });
+}
+
+}  // namespace
+
+void SU_Compress(App& app) {
+  SessionState& state = app.state;
+  FileTable& files = app.files;
+  const std::string in = chosen_file(app, "Qualtor File to compress selection", "Seismic Unix (SU)|*.SU|All files|*.*|",
+                                     "*.SU", 0);
+  if (in.empty()) return;
+  const std::string out = in.substr(0, in.size() - 2) + "SU2";
+  first_trace_geometry(app, in);
+  int32_t traces = 0;
+  count_traces(app, in, traces);
+  const int32_t ns = state.ns;
+  open_pair(app, in, out);
+  state.r4_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0.0f);
+  state.i2_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0);
+  state.header_bytes.assign(su::header_size + 1, 0);
+  const int64_t in_record = su::header_size + 4 * static_cast<int64_t>(ns);
+  const int64_t out_record = su::header_size + 2 * static_cast<int64_t>(ns);
+  auto read_trace = [&](int32_t k) {
+    resume_next([&] { files[input_file].read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
+    resume_next([&] {
+      files[input_file].read_at((k - 1) * in_record + su::header_size, &state.r4_trace[1], 4 * static_cast<size_t>(ns));
+    });
+  };
+
+  // The largest sample, signs counted: a large negative peak is not seen.
+  float peak = 0;
+  for (int32_t k = 1; k <= traces; k += scan_step(traces)) {
+    read_trace(k);
+    for (int32_t i = 1; i <= ns; ++i) peak = std::max(peak, state.r4_trace[static_cast<size_t>(i)]);
+  }
+  int16_t proposed = 0;
+  resume_next([&] {
+    if (peak == 0) throw RunTimeError(err::division_by_zero);
+    proposed = to_i16(peak_target / peak);
+  });
+  InputBoxRequest ask;
+  ask.prompt = "Enter the conversion factor";
+  ask.default_text = field_text(proposed);
+  int16_t factor = 0;
+  resume_next([&] { factor = to_i16(leading_number(app.platform.input_box(ask))); });
+  if (factor == 0) factor = 1;
+
+  su::RecordImage image(files, output_file);
+  for (int32_t k = 1; k <= traces; ++k) {
+    read_trace(k);
+    // A product past the 16-bit range leaves the sample of the trace before.
+    for (int32_t i = 1; i <= ns; ++i)
+      resume_next([&] { state.i2_trace[static_cast<size_t>(i)] = to_i16(static_cast<float>(factor) * state.r4_trace[static_cast<size_t>(i)]); });
+    image.move_to((k - 1) * out_record);
+    image.put_bytes(0, &state.header_bytes[1], su::header_size);
+    image.put_block(su::header_size, &state.i2_trace[1], static_cast<size_t>(ns));
+  }
+  resume_next([&] { image.flush(); });
+  resume_next([&] { files.close_all(); });
+
+  double ratio = 0;
+  resume_next([&] {
+    const int64_t in_length = file_length(native_path(in));
+    if (in_length == 0) throw RunTimeError(err::division_by_zero);
+    ratio = std::floor(static_cast<double>(file_length(native_path(out))) / static_cast<double>(in_length) * 100) / 100;
+  });
+  message(app.platform, out + " has been recorded. Compression factor: " + number_text(ratio), Icon::information);
+}
+
+void SU_Uncompress(App& app) {
+  SessionState& state = app.state;
+  FileTable& files = app.files;
+  const std::string in = chosen_file(app, "Qualtor compressed File  selection", "Seismic Unix (SU2)|*.SU2|All files|*.*|",
+                                     "*.SU2", 1);
+  if (in.empty()) return;
+  const std::string out = in.substr(0, in.size() - 3) + "SU";
+  first_trace_geometry(app, in);
+  // Counted by the expanded record size, as the compression counts: the
+  // traces past that count are not expanded.
+  int32_t traces = 0;
+  count_traces(app, in, traces);
+  const int32_t ns = state.ns;
+  open_pair(app, in, out);
+  state.r4_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0.0f);
+  state.i2_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0);
+  state.header_bytes.assign(su::header_size + 1, 0);
+  const int64_t in_record = su::header_size + 2 * static_cast<int64_t>(ns);
+  const int64_t out_record = su::header_size + 4 * static_cast<int64_t>(ns);
+  su::RecordImage image(files, output_file);
+  for (int32_t k = 1; k <= traces; ++k) {
+    resume_next([&] { files[input_file].read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
+    resume_next([&] {
+      files[input_file].read_at((k - 1) * in_record + su::header_size, &state.i2_trace[1], 2 * static_cast<size_t>(ns));
+    });
+    // The factor is stored nowhere: the samples stay multiplied by it.
+    for (int32_t i = 1; i <= ns; ++i) state.r4_trace[static_cast<size_t>(i)] = state.i2_trace[static_cast<size_t>(i)];
+    image.move_to((k - 1) * out_record);
+    image.put_bytes(0, &state.header_bytes[1], su::header_size);
+    image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
+  }
+  resume_next([&] { image.flush(); });
+  resume_next([&] { files.close_all(); });
+  int64_t in_length = 0, out_length = 0;
+  resume_next([&] { in_length = file_length(native_path(in)); });
+  resume_next([&] { out_length = file_length(native_path(out)); });
+  message(app.platform, out + " has been recorded " + number_text(out_length) + " instead " + number_text(in_length),
+          Icon::information);
+}
+
+}  // namespace tf

@@ -1,0 +1,167 @@
+#include "operations/substract.h"
+
+#include <filesystem>
+
+#include "frame/helpers.h"
+#include "frame/paths.h"
+#include "operations/su_first_trace.h"
+#include "su/su_record.h"
+
+namespace tf {
+
+namespace {
+const char* const help_lines[] = {
+    " How to use SUBSTRACTION MODULE",
+    "",
+    "You can use this module to substract 2 files  ",
+    "Amplitudes of all samples of File2  will be subsbtract or added from File1 ",
+    "You can check what has been removed during any filtering or processing.",
+    "This module can also be used to enhance S waves ",
+};
+constexpr const char* output_ending = "_sub.su";
+
+// The name less its last three characters, then the ending.
+std::string with_ending(const std::string& name, const std::string& ending) {
+  return (name.size() >= 3 ? name.substr(0, name.size() - 3) : std::string()) + ending;
+}
+// The whole of File 1 copied over the output; a copy that fails is the
+// platform's file error.
+void copy_file(const std::string& from, const std::string& to) {
+  std::error_code ec;
+  std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing, ec);
+  if (ec) throw RunTimeError(err::permission_denied);
+}
+}  // namespace
+
+substract::substract(App& owner) : Panel(owner, "substract", "Subtraction file module") {
+  add(Kind::button, "Command1", "SU File 1").on_click = [this] {
+    std::string chosen = choose();
+    if (chosen.empty()) return;
+    state.file_in = chosen;
+    set_text("Text1", chosen);
+    set_text("Text3", with_ending(chosen, output_ending));
+  };
+  add(Kind::text, "Text1");
+  add(Kind::button, "Command2", "SU File 2").on_click = [this] {
+    std::string chosen = choose();
+    if (!chosen.empty()) set_text("Text2", chosen);
+  };
+  add(Kind::text, "Text2");
+  add(Kind::button, "Command3", "Output SU file").on_click = [this] {
+    std::string chosen = choose();
+    if (chosen.empty()) return;
+    state.file_out = chosen;
+    set_text("Text3", chosen);
+  };
+  add(Kind::text, "Text3");
+  add(Kind::label, "Label1", "Inverse");
+  add(Kind::check, "Check1", "Check1");
+  add(Kind::check, "Check2", "Check2");
+  add(Kind::button, "Command5", "Substract File2 from file 1").on_click = [this] { Combine(Operator::subtract); };
+  add(Kind::button, "Command7", "Add File 1 and File 2").on_click = [this] { Combine(Operator::add); };
+  add(Kind::button, "Command4", "Info").on_click = [this] { info(); };
+  add(Kind::progress, "ProgressBar1").visible = false;
+}
+
+void substract::form_load() {
+  if (state.current_file.empty()) return;
+  set_text("Text1", state.current_file);
+  set_text("Text3", with_ending(state.current_file, output_ending));
+  resume_next([&] { Folder_Of(platform, state.current_file, state.data_folder); });
+}
+
+// The file dialog from the data folder; "" for a cancel, which only sets
+// the main panel's pointer.
+std::string substract::choose() {
+  std::string chosen;
+  resume_next([&] {
+    std::error_code ec;
+    if (!state.data_folder.empty()) std::filesystem::current_path(native_path(state.data_folder), ec);
+    FileDialogRequest r;
+    r.title = "SU File selection";
+    r.filter = "SU File |*.SU|All files|*.*|";
+    r.file_name = "*.SU";
+    r.initial_dir = state.data_folder;
+    chosen = platform.file_dialog(r);
+  });
+  if (chosen == "*.SU") {
+    platform.set_pointer("Utility", Pointer::arrow);
+    return "";
+  }
+  return chosen;
+}
+
+void substract::info() {
+  std::string text;
+  for (const char* line : help_lines) text += std::string(line) + "\r\n";
+  message(platform, text, Icon::information);
+}
+
+// No handler of its own past the checks: a failing statement stops the run.
+void substract::Combine(Operator op) {
+  const float s1 = checked("Check1") ? -1.0f : 1.0f;
+  const float s2 = checked("Check2") ? -1.0f : 1.0f;
+  state.file_in = text("Text1");
+  if (File_Exists(state.file_in) == 0) {
+    message(platform, "Input file 1 does not exists", Icon::stop);
+    return;
+  }
+  const std::string file2 = text("Text2");
+  if (File_Exists(file2) == 0) {
+    message(platform, "Input file 2 does not exists", Icon::stop);
+    return;
+  }
+  state.file_out = text("Text3");
+  const std::string in1 = native_path(state.file_in), in2 = native_path(file2), out = native_path(state.file_out);
+  if (file_length(in1) != file_length(in2)) {
+    message(platform, "File1 must have the same size as File2", Icon::stop);
+    return;
+  }
+  files.close_all();
+  if (File_Exists(state.file_out) == 1 &&
+      message(platform, state.file_out + " This file already exists, overwrite ?", Icon::none, Buttons::yes_no) !=
+          Answer::yes)
+    return;
+
+  set_pointer(Pointer::hourglass);
+  message(platform, "Copying file, please wait", Icon::exclamation);
+  copy_file(in1, out);
+  set_pointer(Pointer::arrow);
+
+  files.close_all();
+  BinaryFile& f1 = files.open(1, in1);
+  BinaryFile& f2 = files.open(2, in2);
+  files.open(3, out);
+  int16_t ns = 0;
+  f1.read_value(su::word("ns").offset, ns);
+  state.ns = ns;
+  const int32_t record = i32_add(i32_mul(state.ns, 4), su::header_size);
+  state.nb_traces = traces_by_record_size(f1.length(), record);
+
+  const auto samples = static_cast<size_t>(state.ns);
+  state.r4_trace.assign(samples, 0.0f);
+  std::vector<float> file2_trace(samples, 0.0f), result(samples, 0.0f);
+  (*this)["ProgressBar1"].visible = true;
+  changed((*this)["ProgressBar1"]);
+  set_progress_range("ProgressBar1", 0, to_i32(state.nb_traces / 5.0));
+  // Only the samples are written; the headers are those of the copy.
+  su::RecordImage image(files, 3);
+  for (int32_t i = 1; i <= state.nb_traces; ++i) {
+    set_progress("ProgressBar1", to_i32(i / 5.0));
+    const int64_t at = static_cast<int64_t>(record) * (i - 1) + su::header_size;
+    f1.read_block(at, state.r4_trace);
+    f2.read_block(at, file2_trace);
+    if (op == Operator::subtract)
+      for (size_t k = 0; k < samples; ++k) result[k] = s1 * state.r4_trace[k] - s2 * file2_trace[k];
+    else
+      for (size_t k = 0; k < samples; ++k) result[k] = s1 * state.r4_trace[k] + s2 * file2_trace[k];
+    image.move_to(at);
+    image.put_block(0, result.data(), samples);
+  }
+  image.flush();
+  (*this)["ProgressBar1"].visible = false;
+  changed((*this)["ProgressBar1"]);
+  message(platform, "Substraction done !", Icon::information);
+}
+
+}  // namespace tf
