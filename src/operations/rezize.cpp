@@ -10,7 +10,7 @@
 namespace tf {
 
 namespace {
-const char* const tab_captions[] = {"File info", "Recording time", "Sample rate", "Channels"};
+const char* const tab_captions[] = {"Info", "Time", "Sample rate", "Channels"};
 // The texts of each tab, in the order of the tabs.
 struct TabText {
   int tab;
@@ -61,6 +61,8 @@ std::string bare_number(double value) {
 }  // namespace
 
 rezize::rezize(App& owner) : Panel(owner, "rezize", "SU file utility") {
+  // Each field stands before the button that fills it.
+  add(Kind::text, "Text1");
   add(Kind::button, "Command1", "Input file").on_click = [this] {
     std::string chosen = choose(false);
     if (chosen == start_name) {
@@ -69,9 +71,8 @@ rezize::rezize(App& owner) : Panel(owner, "rezize", "SU file utility") {
     }
     read_input(chosen);
   };
-  add(Kind::text, "Text1");
-  add(Kind::button, "Command2", "Output file").on_click = [this] { set_text("Text2", choose(true)); };
   add(Kind::text, "Text2");
+  add(Kind::button, "Command2", "Output file").on_click = [this] { set_text("Text2", choose(true)); };
   auto& tabs = add(Kind::tabs, "SSTab1");
   tabs.items.assign(std::begin(tab_captions), std::end(tab_captions));
   int label = 1;

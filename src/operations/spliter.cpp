@@ -53,10 +53,11 @@ spliter::spliter(App& owner) : Panel(owner, "spliter", "Brenholt File spliter") 
     c.tab = tab;
     return c;
   };
+  // Each field stands before the button that fills it.
+  on_tab(add(Kind::text, "Text1"), 0);
   auto& pick = on_tab(add(Kind::button, "Command1", "File to Split"), 0);
   pick.tooltip = "Click here to select a file";
   pick.on_click = [this] { choose("File to be splitted", "Text1"); };
-  on_tab(add(Kind::text, "Text1"), 0);
   auto& size = on_tab(add(Kind::combo, "Combo1", "File size", sizes[0]), 0);
   size.tooltip = "Select or type the output file size  (bytes)";
   auto& split = on_tab(add(Kind::button, "Command5", "Split"), 0);
@@ -72,10 +73,10 @@ spliter::spliter(App& owner) : Panel(owner, "spliter", "Brenholt File spliter") 
   select.on_click = [this] { select_parts(); };
   on_tab(add(Kind::list, "List1"), 1);
   on_tab(add(Kind::text, "Text4"), 1);
+  on_tab(add(Kind::text, "Text3"), 1);
   auto& output = on_tab(add(Kind::button, "Command3", "Output file"), 1);
   output.tooltip = "You can select, type a name";
   output.on_click = [this] { choose("File to reconstructed", "Text3"); };
-  on_tab(add(Kind::text, "Text3"), 1);
   on_tab(add(Kind::button, "Command4", "Joint files"), 1).on_click = [this] { Joint(); };
 }
 

@@ -35,10 +35,11 @@ void delete_file(const std::string& name) {
 }  // namespace
 
 Stack_Time::Stack_Time(App& owner) : Panel(owner, "Stack_Time", "Append traces") {
+  add(Kind::text, "Text1");
   auto& input = add(Kind::button, "Command3", "Input file");
   input.tooltip = "click here and find the first ABEM file to convert";
   input.on_click = [this] { choose_input(); };
-  add(Kind::text, "Text1");
+  add(Kind::text, "Text2");
   auto& output = add(Kind::button, "Command4", "Output file");
   output.tooltip = "This will be the SU file";
   output.on_click = [this] {
@@ -50,7 +51,6 @@ Stack_Time::Stack_Time(App& owner) : Panel(owner, "Stack_Time", "Append traces")
     resume_next([&] { chosen = platform.file_dialog(r); });
     set_text("Text2", chosen);
   };
-  add(Kind::text, "Text2");
   const std::pair<const char*, const char*> number_fields[] = {
       {"Text3", "Number of samples / trace"}, {"Text4", "Sample rate (microsec.)"}, {"Text5", "Recording time (ms)"},
       {"Text6", "Time overlap (ms)"},         {"Text7", "Number of records"},       {"Text8", "Channels / record"},

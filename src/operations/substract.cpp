@@ -34,6 +34,8 @@ void copy_file(const std::string& from, const std::string& to) {
 }  // namespace
 
 substract::substract(App& owner) : Panel(owner, "substract", "Subtraction file module") {
+  // Each field stands before the button that fills it.
+  add(Kind::text, "Text1");
   add(Kind::button, "Command1", "SU File 1").on_click = [this] {
     std::string chosen = choose();
     if (chosen.empty()) return;
@@ -41,19 +43,18 @@ substract::substract(App& owner) : Panel(owner, "substract", "Subtraction file m
     set_text("Text1", chosen);
     set_text("Text3", with_ending(chosen, output_ending));
   };
-  add(Kind::text, "Text1");
+  add(Kind::text, "Text2");
   add(Kind::button, "Command2", "SU File 2").on_click = [this] {
     std::string chosen = choose();
     if (!chosen.empty()) set_text("Text2", chosen);
   };
-  add(Kind::text, "Text2");
+  add(Kind::text, "Text3");
   add(Kind::button, "Command3", "Output SU file").on_click = [this] {
     std::string chosen = choose();
     if (chosen.empty()) return;
     state.file_out = chosen;
     set_text("Text3", chosen);
   };
-  add(Kind::text, "Text3");
   add(Kind::label, "Label1", "Inverse");
   add(Kind::check, "Check1", "Check1");
   add(Kind::check, "Check2", "Check2");
