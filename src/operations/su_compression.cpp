@@ -102,12 +102,16 @@ void SU_Compress(App& app) {
   su::RecordImage image(files, output_file);
   for (int32_t k = 1; k <= traces; ++k) {
     read_trace(k);
-    // A product past the 16-bit range leaves the sample of the trace before.
-    for (int32_t i = 1; i <= ns; ++i)
-      resume_next([&] { state.i2_trace[static_cast<size_t>(i)] = to_i16(static_cast<float>(factor) * state.r4_trace[static_cast<size_t>(i)]); });
+    // A product past the 16-bit range (or no number) overflows: the sample
+    // keeps the value of the trace before.
+    for (int32_t i = 1; i <= ns; ++i) {
+      const double sample = round_half_even(static_cast<float>(factor) * state.r4_trace[static_cast<size_t>(i)]);
+      if (sample >= INT16_MIN && sample <= INT16_MAX) state.i2_trace[static_cast<size_t>(i)] = static_cast<int16_t>(sample);
+    }
     image.move_to((k - 1) * out_record);
     image.put_bytes(0, &state.header_bytes[1], su::header_size);
     image.put_block(su::header_size, &state.i2_trace[1], static_cast<size_t>(ns));
+    if (k % traces_per_write(out_record) == 0) resume_next([&] { image.flush(); });
   }
   resume_next([&] { image.flush(); });
   resume_next([&] { files.close_all(); });
@@ -151,6 +155,7 @@ void SU_Uncompress(App& app) {
     image.move_to((k - 1) * out_record);
     image.put_bytes(0, &state.header_bytes[1], su::header_size);
     image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
+    if (k % traces_per_write(out_record) == 0) resume_next([&] { image.flush(); });
   }
   resume_next([&] { image.flush(); });
   resume_next([&] { files.close_all(); });

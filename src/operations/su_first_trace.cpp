@@ -1,5 +1,7 @@
 #include "operations/su_first_trace.h"
 
+#include <algorithm>
+
 #include "frame/conventions.h"
 #include "frame/paths.h"
 #include "su/su_record.h"
@@ -18,6 +20,11 @@ void read_first_ns_dt(FileTable& files, int number, const std::string& file, int
 int32_t traces_by_record_size(int64_t length, int64_t record_size) {
   if (record_size == 0) throw RunTimeError(err::division_by_zero);
   return to_i32(static_cast<double>(length) / static_cast<double>(record_size));
+}
+
+int32_t traces_per_write(int64_t record_size) {
+  constexpr int64_t write_size = 4 << 20;
+  return static_cast<int32_t>(std::max<int64_t>(1, write_size / std::max<int64_t>(1, record_size)));
 }
 
 }  // namespace tf

@@ -18,4 +18,8 @@ void read_first_ns_dt(FileTable& files, int number, const std::string& file, int
 // record size fails with error 11.
 int32_t traces_by_record_size(int64_t length, int64_t record_size);
 
+// Traces gathered before a write: about 4 MB, so that the gathering buffer
+// stays in the cache and is reused from write to write.
+int32_t traces_per_write(int64_t record_size);
+
 }  // namespace tf

@@ -142,22 +142,30 @@ void substract::Combine(Operator op) {
   const auto samples = static_cast<size_t>(state.ns);
   state.r4_trace.assign(samples, 0.0f);
   std::vector<float> file2_trace(samples, 0.0f), result(samples, 0.0f);
+  std::vector<uint8_t> header(su::header_size, 0);
   (*this)["ProgressBar1"].visible = true;
   changed((*this)["ProgressBar1"]);
   set_progress_range("ProgressBar1", 0, to_i32(state.nb_traces / 5.0));
-  // Only the samples are written; the headers are those of the copy.
+  // The samples are written; each header goes back with them as File 1 and
+  // its copy hold it, so that the records leave in large writes. A header
+  // that reaches past the end of File 1 is not in the copy and stays out.
   su::RecordImage image(files, 3);
+  const int32_t batch = traces_per_write(record);
   for (int32_t i = 1; i <= state.nb_traces; ++i) {
     set_progress("ProgressBar1", to_i32(i / 5.0));
-    const int64_t at = static_cast<int64_t>(record) * (i - 1) + su::header_size;
+    const int64_t trace_pos = static_cast<int64_t>(record) * (i - 1), at = trace_pos + su::header_size;
+    const bool header_in_copy = at <= f1.length();
+    if (header_in_copy) f1.read_block(trace_pos, header);
     f1.read_block(at, state.r4_trace);
     f2.read_block(at, file2_trace);
     if (op == Operator::subtract)
       for (size_t k = 0; k < samples; ++k) result[k] = s1 * state.r4_trace[k] - s2 * file2_trace[k];
     else
       for (size_t k = 0; k < samples; ++k) result[k] = s1 * state.r4_trace[k] + s2 * file2_trace[k];
-    image.move_to(at);
-    image.put_block(0, result.data(), samples);
+    image.move_to(trace_pos);
+    if (header_in_copy) image.put_block(0, header.data(), header.size());
+    image.put_block(su::header_size, result.data(), samples);
+    if (i % batch == 0) image.flush();
   }
   image.flush();
   (*this)["ProgressBar1"].visible = false;
