@@ -73,3 +73,8 @@ TEST(FileSize, MissingCurrentFileGivesZerosAndKeepsNyquistCaption) {
   EXPECT_EQ(p["Label7"].caption, "Recording time=  0 s");
   EXPECT_EQ(p["Label8"].caption, "Nyquist frequency= 500");
 }
+
+TEST(FileSize, ScriptOfDroppedKeys) {
+  TempDir dir;
+  expect_script_in("file_size_keys", dir);
+}

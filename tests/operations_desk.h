@@ -2,6 +2,7 @@
 // panels shown, and the answers for its boxes queued by the test.
 #pragma once
 
+#include <cstdlib>
 #include <string>
 
 #include "script_transcript.h"
@@ -44,6 +45,25 @@ inline std::string titled_box(const std::string& text, const std::string& title,
                               const std::string& buttons = "ok", const std::string& answer = "ok") {
   return "{\"event\":\"msgbox\",\"text\":" + json(text) + ",\"title\":" + json(title) + ",\"icon\":\"" + icon +
          "\",\"buttons\":\"" + buttons + "\",\"answer\":\"" + answer + "\"}";
+}
+
+// The transcript of tests/scripts/NAME.tfs is NAME.expected. With
+// TF_WRITE_EXPECTED set, the transcript is written as the expected one, to
+// be read over before it is kept.
+inline void expect_transcript(const std::string& name, const RunResult& result) {
+  if (std::getenv("TF_WRITE_EXPECTED")) {
+    std::string text;
+    for (const auto& line : result.lines) text += line + "\n";
+    write_text(std::string(TRACEFOLD_SCRIPTS) + "/" + name + ".expected", text);
+  }
+  EXPECT_EQ(result.lines, expected_transcript(name));
+}
+
+// Runs tests/scripts/NAME.tfs with `dir` as TF_DIR and as application folder.
+inline void expect_script_in(const std::string& name, const TempDir& dir) {
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  expect_transcript(name, run_script_file(name, dir.str(), options));
 }
 
 }  // namespace tf::test

@@ -129,3 +129,10 @@ TEST(Rezize, InputDialogAndItsCancel) {
                           "files|*.*|\",\"file\":\"*.SU\"") != std::string::npos;
   EXPECT_TRUE(seen);
 }
+
+TEST(Rezize, ScriptOfGoOnTheTimeAndInformationTabs) {
+  TempDir dir;
+  write_bytes(dir.file("line.su"), records(5, 24));
+  expect_script_in("rezize_go", dir);
+  EXPECT_EQ(text_of(dir.file("batch.bat")), "\r\n");
+}

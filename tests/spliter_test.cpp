@@ -165,3 +165,12 @@ TEST(Spliter, HelpLinesAndSizesAtLoad) {
             {" Use this small program to divide a large file into smaller files and then rebuild the original one easily.\r\n",
              "     Example: MyFile.doc will be divided into MyFile_1_doc.spt + MyFile_2_doc.spt\r\n"});
 }
+
+TEST(Spliter, ScriptOfSplitAndJoin) {
+  TempDir dir;
+  const auto original = pattern(1000000);
+  write_bytes(dir.file("line.dat"), original);
+  expect_script_in("spliter_split_join", dir);
+  EXPECT_EQ(read_bytes(dir.file("joined.dat")), original);
+  EXPECT_EQ(read_bytes(dir.file("line.dat")), original);
+}

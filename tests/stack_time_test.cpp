@@ -195,3 +195,11 @@ TEST(StackTime, InfoBox) {
                               "long record from small time records.\r\nYou can have or not a time overlap\r\n",
                               "information")});
 }
+
+TEST(StackTime, ScriptOfTheBatchesAsStarted) {
+  TempDir dir;
+  write_bytes(dir.file("line.su"), su_file(1, 2, 10, 1000, sample));
+  expect_script_in("stack_time_process", dir);
+  EXPECT_EQ(text_of(dir.file("batch.bat")),
+            dir.str() + "/bin/suwind <" + dir.file("line.su") + " >" + dir.file("line") + "_temp.su key=tracf min=2 max=2\r\n");
+}

@@ -134,3 +134,9 @@ TEST(SuCompression, CancelledOrMissingFileEndsQuietly) {
   EXPECT_TRUE(c.messages().empty());
   EXPECT_TRUE(c.boxes().empty());
 }
+
+TEST(SuCompression, ScriptOfCompressionAndExpansion) {
+  TempDir dir;
+  write_bytes(dir.file("line.su"), su_file(1, 4, ns, 1000, [](int, int c, int i) { return static_cast<float>(c * i) - 3.5f; }));
+  expect_script_in("su_compression", dir);
+}

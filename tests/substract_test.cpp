@@ -141,3 +141,13 @@ TEST(Substract, InfoBox) {
                 "any filtering or processing.\r\nThis module can also be used to enhance S waves \r\n",
                 "information")});
 }
+
+TEST(Substract, ScriptOfTheChecksAndTheOverwriteQuestion) {
+  TempDir dir;
+  write_bytes(dir.file("a.su"), su_file(1, 2, ns, 1000, a_value));
+  write_bytes(dir.file("b.su"), su_file(1, 2, ns, 1000, b_value));
+  write_bytes(dir.file("short.su"), su_file(1, 1, ns, 1000, b_value));
+  write_text(dir.file("a_sub.su"), "keep");
+  expect_script_in("substract_checks", dir);
+  EXPECT_EQ(text_of(dir.file("a_sub.su")), "keep");
+}
