@@ -160,7 +160,6 @@ void spliter::Split() {
     return;
   resume_next([&] { files.open(1, native_path(file)); });
   int64_t offset = 0;
-  std::vector<uint8_t> buffer;
   for (int32_t i = 1; i <= parts; ++i) {
     const std::string part = part_name(file, i);
     add_item("List2", part);
@@ -170,12 +169,8 @@ void spliter::Split() {
     }
     resume_next([&] { files.open(2, native_path(part)); });
     if (i == parts) size = static_cast<int32_t>(length - static_cast<int64_t>(size) * (parts - 1));
-    // One read and one write a part, through a buffer of its size.
-    resume_next([&] {
-      buffer.assign(static_cast<size_t>(std::max(size, 0)), 0);
-      files[1].read_block(offset, buffer);
-      files[2].write_block(0, buffer);
-    });
+    // Each part moves in one piece, as through a buffer of its size.
+    resume_next([&] { files[1].copy_to(files[2], offset, 0, std::max(size, 0)); });
     offset = static_cast<int64_t>(i) * size;
     resume_next([&] { files.close(2); });
   }
@@ -194,7 +189,6 @@ void spliter::Joint() {
   int16_t parts = 0;
   resume_next([&] { parts = field_i16(text("Text4")); });
   int64_t position = 0;
-  std::vector<uint8_t> buffer;
   for (int32_t i = 1; i <= parts; ++i) {
     const std::string part = list_entry((*this)["List1"], i - 1);
     if (!FileExists(part)) {
@@ -204,10 +198,9 @@ void spliter::Joint() {
     }
     resume_next([&] { files.open(1, native_path(part)); });
     resume_next([&] {
-      buffer.assign(static_cast<size_t>(files[1].length()), 0);
-      files[1].read_block(0, buffer);
-      files[2].write_block(position, buffer);
-      position += static_cast<int64_t>(buffer.size());
+      const int64_t length = files[1].length();
+      files[1].copy_to(files[2], 0, position, length);
+      position += length;
     });
     resume_next([&] { files.close(1); });
   }

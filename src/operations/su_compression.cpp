@@ -74,17 +74,22 @@ void SU_Compress(App& app) {
   state.header_bytes.assign(su::header_size + 1, 0);
   const int64_t in_record = su::header_size + 4 * static_cast<int64_t>(ns);
   const int64_t out_record = su::header_size + 2 * static_cast<int64_t>(ns);
-  auto read_trace = [&](int32_t k) {
-    resume_next([&] { files[input_file].read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
-    resume_next([&] {
-      files[input_file].read_at((k - 1) * in_record + su::header_size, &state.r4_trace[1], 4 * static_cast<size_t>(ns));
-    });
+  // The scan reads single traces far apart, the conversion every trace in
+  // turn through a window.
+  ForwardReader forward(files, input_file);
+  auto read_trace = [&](int32_t k, bool every_trace) {
+    auto read_at = [&](int64_t pos, void* data, size_t size) {
+      if (every_trace) forward.read_at(pos, data, size);
+      else files[input_file].read_at(pos, data, size);
+    };
+    resume_next([&] { read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
+    resume_next([&] { read_at((k - 1) * in_record + su::header_size, &state.r4_trace[1], 4 * static_cast<size_t>(ns)); });
   };
 
   // The largest sample, signs counted: a large negative peak is not seen.
   float peak = 0;
   for (int32_t k = 1; k <= traces; k += scan_step(traces)) {
-    read_trace(k);
+    read_trace(k, false);
     for (int32_t i = 1; i <= ns; ++i) peak = std::max(peak, state.r4_trace[static_cast<size_t>(i)]);
   }
   int16_t proposed = 0;
@@ -101,7 +106,7 @@ void SU_Compress(App& app) {
 
   su::RecordImage image(files, output_file);
   for (int32_t k = 1; k <= traces; ++k) {
-    read_trace(k);
+    read_trace(k, true);
     // A product past the 16-bit range (or no number) overflows: the sample
     // keeps the value of the trace before.
     for (int32_t i = 1; i <= ns; ++i) {
@@ -144,12 +149,11 @@ void SU_Uncompress(App& app) {
   state.header_bytes.assign(su::header_size + 1, 0);
   const int64_t in_record = su::header_size + 2 * static_cast<int64_t>(ns);
   const int64_t out_record = su::header_size + 4 * static_cast<int64_t>(ns);
+  ForwardReader forward(files, input_file);
   su::RecordImage image(files, output_file);
   for (int32_t k = 1; k <= traces; ++k) {
-    resume_next([&] { files[input_file].read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
-    resume_next([&] {
-      files[input_file].read_at((k - 1) * in_record + su::header_size, &state.i2_trace[1], 2 * static_cast<size_t>(ns));
-    });
+    resume_next([&] { forward.read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
+    resume_next([&] { forward.read_at((k - 1) * in_record + su::header_size, &state.i2_trace[1], 2 * static_cast<size_t>(ns)); });
     // The factor is stored nowhere: the samples stay multiplied by it.
     for (int32_t i = 1; i <= ns; ++i) state.r4_trace[static_cast<size_t>(i)] = state.i2_trace[static_cast<size_t>(i)];
     image.move_to((k - 1) * out_record);

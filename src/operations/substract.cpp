@@ -149,15 +149,16 @@ void substract::Combine(Operator op) {
   // The samples are written; each header goes back with them as File 1 and
   // its copy hold it, so that the records leave in large writes. A header
   // that reaches past the end of File 1 is not in the copy and stays out.
+  ForwardReader reader1(files, 1), reader2(files, 2);
   su::RecordImage image(files, 3);
   const int32_t batch = traces_per_write(record);
   for (int32_t i = 1; i <= state.nb_traces; ++i) {
     set_progress("ProgressBar1", to_i32(i / 5.0));
     const int64_t trace_pos = static_cast<int64_t>(record) * (i - 1), at = trace_pos + su::header_size;
     const bool header_in_copy = at <= f1.length();
-    if (header_in_copy) f1.read_block(trace_pos, header);
-    f1.read_block(at, state.r4_trace);
-    f2.read_block(at, file2_trace);
+    if (header_in_copy) reader1.read_block(trace_pos, header);
+    reader1.read_block(at, state.r4_trace);
+    reader2.read_block(at, file2_trace);
     if (op == Operator::subtract)
       for (size_t k = 0; k < samples; ++k) result[k] = s1 * state.r4_trace[k] - s2 * file2_trace[k];
     else
