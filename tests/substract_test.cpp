@@ -151,3 +151,26 @@ TEST(Substract, ScriptOfTheChecksAndTheOverwriteQuestion) {
   expect_script_in("substract_checks", dir);
   EXPECT_EQ(text_of(dir.file("a_sub.su")), "keep");
 }
+
+// The count is rounded: a third record cut at 85 % is read as far as the
+// files go, the second trace's samples standing in for the rest, and the
+// output grows to three whole records.
+TEST(Substract, LastRecordCutShortIsCombinedFromWhatTheBuffersHold) {
+  Subtraction s;
+  const size_t record = 240 + 4 * ns, kept = record * 85 / 100;
+  auto a = su_file(1, 3, ns, 1000, a_value), b = su_file(1, 3, ns, 1000, b_value);
+  a.resize(2 * record + kept);
+  b.resize(2 * record + kept);
+  write_bytes(s.dir.file("a.su"), a);
+  write_bytes(s.dir.file("b.su"), b);
+  s.panel->click("Command5");
+  std::vector<uint8_t> want = a;
+  want.resize(3 * record, 0);
+  for (size_t t = 0; t < 3; ++t)
+    for (size_t i = 0; i < ns; ++i) {
+      const size_t at = t * record + 240 + 4 * i;
+      const size_t from = at < a.size() ? at : at - record;  // past the end: the trace before
+      put_at<float>(want, at, value_at<float>(a, from) - value_at<float>(b, from));
+    }
+  EXPECT_EQ(s.output(), want);
+}

@@ -1,5 +1,7 @@
 #include "operations/substract.h"
 
+#include <algorithm>
+#include <cstring>
 #include <filesystem>
 
 #include "frame/helpers.h"
@@ -132,7 +134,7 @@ void substract::Combine(Operator op) {
   files.close_all();
   BinaryFile& f1 = files.open(1, in1);
   BinaryFile& f2 = files.open(2, in2);
-  files.open(3, out);
+  BinaryFile& f3 = files.open(3, out);
   int16_t ns = 0;
   f1.read_value(su::word("ns").offset, ns);
   state.ns = ns;
@@ -142,33 +144,50 @@ void substract::Combine(Operator op) {
   const auto samples = static_cast<size_t>(state.ns);
   state.r4_trace.assign(samples, 0.0f);
   std::vector<float> file2_trace(samples, 0.0f), result(samples, 0.0f);
-  std::vector<uint8_t> header(su::header_size, 0);
   (*this)["ProgressBar1"].visible = true;
   changed((*this)["ProgressBar1"]);
   set_progress_range("ProgressBar1", 0, to_i32(state.nb_traces / 5.0));
-  // The samples are written; each header goes back with them as File 1 and
-  // its copy hold it, so that the records leave in large writes. A header
-  // that reaches past the end of File 1 is not in the copy and stays out.
-  ForwardReader reader1(files, 1), reader2(files, 2);
-  su::RecordImage image(files, 3);
-  const int32_t batch = traces_per_write(record);
-  for (int32_t i = 1; i <= state.nb_traces; ++i) {
-    set_progress("ProgressBar1", to_i32(i / 5.0));
-    const int64_t trace_pos = static_cast<int64_t>(record) * (i - 1), at = trace_pos + su::header_size;
-    const bool header_in_copy = at <= f1.length();
-    if (header_in_copy) reader1.read_block(trace_pos, header);
-    reader1.read_block(at, state.r4_trace);
-    reader2.read_block(at, file2_trace);
+  auto combine = [&] {
     if (op == Operator::subtract)
       for (size_t k = 0; k < samples; ++k) result[k] = s1 * state.r4_trace[k] - s2 * file2_trace[k];
     else
       for (size_t k = 0; k < samples; ++k) result[k] = s1 * state.r4_trace[k] + s2 * file2_trace[k];
-    image.move_to(trace_pos);
-    if (header_in_copy) image.put_block(0, header.data(), header.size());
-    image.put_block(su::header_size, result.data(), samples);
-    if (i % batch == 0) image.flush();
+  };
+  // Whole records go by blocks: both inputs are read a block at a time, the
+  // results take the place of File 1's samples, and the block is written
+  // back whole, its headers being the bytes that the copy holds.
+  const auto sample_bytes = 4 * samples;
+  const int32_t whole = static_cast<int32_t>(std::min<int64_t>(state.nb_traces, f1.length() / record));
+  const int32_t per_block = traces_per_write(record);
+  std::vector<uint8_t> block1, block2;
+  int32_t i = 1;
+  while (i <= whole) {
+    const int32_t count = std::min(per_block, whole - i + 1);
+    const int64_t start = static_cast<int64_t>(record) * (i - 1);
+    block1.resize(static_cast<size_t>(count) * static_cast<size_t>(record));
+    block2.resize(block1.size());
+    f1.read_at(start, block1.data(), block1.size());
+    f2.read_at(start, block2.data(), block2.size());
+    for (size_t j = 0; j < static_cast<size_t>(count); ++j, ++i) {
+      set_progress("ProgressBar1", to_i32(i / 5.0));
+      uint8_t* trace_samples = block1.data() + j * static_cast<size_t>(record) + su::header_size;
+      std::memcpy(state.r4_trace.data(), trace_samples, sample_bytes);
+      std::memcpy(file2_trace.data(), block2.data() + j * static_cast<size_t>(record) + su::header_size, sample_bytes);
+      combine();
+      std::memcpy(trace_samples, result.data(), sample_bytes);
+    }
+    f3.write_at(start, block1.data(), block1.size());
   }
-  image.flush();
+  // A last trace that the rounded count reaches past the end: read as far
+  // as the files go, the samples of the trace before filling the rest.
+  for (; i <= state.nb_traces; ++i) {
+    set_progress("ProgressBar1", to_i32(i / 5.0));
+    const int64_t at = static_cast<int64_t>(record) * (i - 1) + su::header_size;
+    f1.read_block(at, state.r4_trace);
+    f2.read_block(at, file2_trace);
+    combine();
+    f3.write_block(at, result);
+  }
   (*this)["ProgressBar1"].visible = false;
   changed((*this)["ProgressBar1"]);
   message(platform, "Substraction done !", Icon::information);
