@@ -1,7 +1,7 @@
 #include "operations/file_size.h"
 
 #include "frame/helpers.h"
-#include "operations/su_first_trace.h"
+#include "operations/su_traces.h"
 
 namespace tf {
 

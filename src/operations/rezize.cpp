@@ -4,7 +4,7 @@
 
 #include "frame/helpers.h"
 #include "frame/paths.h"
-#include "operations/su_first_trace.h"
+#include "operations/su_traces.h"
 #include "su/su_record.h"
 
 namespace tf {

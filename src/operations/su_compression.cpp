@@ -5,12 +5,16 @@
 #include "frame/helpers.h"
 #include "frame/panel.h"
 #include "frame/paths.h"
-#include "operations/su_first_trace.h"
+#include "operations/su_traces.h"
 #include "su/su_record.h"
 
 namespace tf {
 
 namespace {
+
+// Nearest whole number of a single below 2^22 in size, a tie going to the
+// even one: adding and taking away 1.5 * 2^23 rounds it in the default mode.
+float nearest_even(float value) { return (value + 12582912.0f) - 12582912.0f; }
 
 constexpr int input_file = 3, output_file = 4;
 constexpr double peak_target = 10000;
@@ -74,22 +78,15 @@ void SU_Compress(App& app) {
   state.header_bytes.assign(su::header_size + 1, 0);
   const int64_t in_record = su::header_size + 4 * static_cast<int64_t>(ns);
   const int64_t out_record = su::header_size + 2 * static_cast<int64_t>(ns);
-  // The scan reads single traces far apart, the conversion every trace in
-  // turn through a window.
-  ForwardReader forward(files, input_file);
-  auto read_trace = [&](int32_t k, bool every_trace) {
-    auto read_at = [&](int64_t pos, void* data, size_t size) {
-      if (every_trace) forward.read_at(pos, data, size);
-      else files[input_file].read_at(pos, data, size);
-    };
-    resume_next([&] { read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
-    resume_next([&] { read_at((k - 1) * in_record + su::header_size, &state.r4_trace[1], 4 * static_cast<size_t>(ns)); });
+  auto read_trace = [&](int32_t k) {
+    resume_next([&] { files[input_file].read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
+    resume_next([&] { files[input_file].read_at((k - 1) * in_record + su::header_size, &state.r4_trace[1], 4 * static_cast<size_t>(ns)); });
   };
 
   // The largest sample, signs counted: a large negative peak is not seen.
   float peak = 0;
   for (int32_t k = 1; k <= traces; k += scan_step(traces)) {
-    read_trace(k, false);
+    read_trace(k);
     for (int32_t i = 1; i <= ns; ++i) peak = std::max(peak, state.r4_trace[static_cast<size_t>(i)]);
   }
   int16_t proposed = 0;
@@ -104,21 +101,20 @@ void SU_Compress(App& app) {
   resume_next([&] { factor = to_i16(leading_number(app.platform.input_box(ask))); });
   if (factor == 0) factor = 1;
 
-  su::RecordImage image(files, output_file);
-  for (int32_t k = 1; k <= traces; ++k) {
-    read_trace(k, true);
-    // A product past the 16-bit range (or no number) overflows: the sample
-    // keeps the value of the trace before.
+  // A product past the 16-bit range (or no number) overflows: the sample
+  // keeps the value of the trace before.
+  auto convert = [&] {
     for (int32_t i = 1; i <= ns; ++i) {
-      const double sample = round_half_even(static_cast<float>(factor) * state.r4_trace[static_cast<size_t>(i)]);
-      if (sample >= INT16_MIN && sample <= INT16_MAX) state.i2_trace[static_cast<size_t>(i)] = static_cast<int16_t>(sample);
+      const auto at = static_cast<size_t>(i);
+      const float product = static_cast<float>(factor) * state.r4_trace[at];
+      if (!(product >= -32768.5f && product <= 32767.5f)) continue;
+      const float rounded = nearest_even(product);
+      if (rounded <= 32767.0f) state.i2_trace[at] = static_cast<int16_t>(rounded);
     }
-    image.move_to((k - 1) * out_record);
-    image.put_bytes(0, &state.header_bytes[1], su::header_size);
-    image.put_block(su::header_size, &state.i2_trace[1], static_cast<size_t>(ns));
-    if (k % traces_per_write(out_record) == 0) resume_next([&] { image.flush(); });
-  }
-  resume_next([&] { image.flush(); });
+  };
+  const RecordBuffers buffers{&state.header_bytes[1], &state.r4_trace[1], 4 * static_cast<size_t>(ns), &state.i2_trace[1],
+                              2 * static_cast<size_t>(ns)};
+  convert_records(files, input_file, output_file, traces, in_record, out_record, buffers, convert);
   resume_next([&] { files.close_all(); });
 
   double ratio = 0;
@@ -149,19 +145,13 @@ void SU_Uncompress(App& app) {
   state.header_bytes.assign(su::header_size + 1, 0);
   const int64_t in_record = su::header_size + 2 * static_cast<int64_t>(ns);
   const int64_t out_record = su::header_size + 4 * static_cast<int64_t>(ns);
-  ForwardReader forward(files, input_file);
-  su::RecordImage image(files, output_file);
-  for (int32_t k = 1; k <= traces; ++k) {
-    resume_next([&] { forward.read_at((k - 1) * in_record, &state.header_bytes[1], su::header_size); });
-    resume_next([&] { forward.read_at((k - 1) * in_record + su::header_size, &state.i2_trace[1], 2 * static_cast<size_t>(ns)); });
-    // The factor is stored nowhere: the samples stay multiplied by it.
+  // The factor is stored nowhere: the samples stay multiplied by it.
+  auto convert = [&] {
     for (int32_t i = 1; i <= ns; ++i) state.r4_trace[static_cast<size_t>(i)] = state.i2_trace[static_cast<size_t>(i)];
-    image.move_to((k - 1) * out_record);
-    image.put_bytes(0, &state.header_bytes[1], su::header_size);
-    image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
-    if (k % traces_per_write(out_record) == 0) resume_next([&] { image.flush(); });
-  }
-  resume_next([&] { image.flush(); });
+  };
+  const RecordBuffers buffers{&state.header_bytes[1], &state.i2_trace[1], 2 * static_cast<size_t>(ns), &state.r4_trace[1],
+                              4 * static_cast<size_t>(ns)};
+  convert_records(files, input_file, output_file, traces, in_record, out_record, buffers, convert);
   resume_next([&] { files.close_all(); });
   int64_t in_length = 0, out_length = 0;
   resume_next([&] { in_length = file_length(native_path(in)); });
