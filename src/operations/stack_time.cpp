@@ -42,15 +42,7 @@ Stack_Time::Stack_Time(App& owner) : Panel(owner, "Stack_Time", "Append traces")
   add(Kind::text, "Text2");
   auto& output = add(Kind::button, "Command4", "Output file");
   output.tooltip = "This will be the SU file";
-  output.on_click = [this] {
-    FileDialogRequest r;
-    r.title = "SU file selection";
-    r.filter = "Record |*.SU*|All files|*.*|";
-    r.file_name = "*.SU*";
-    std::string chosen;
-    resume_next([&] { chosen = platform.file_dialog(r); });
-    set_text("Text2", chosen);
-  };
+  output.on_click = [this] { set_text("Text2", choose()); };
   const std::pair<const char*, const char*> number_fields[] = {
       {"Text3", "Number of samples / trace"}, {"Text4", "Sample rate (microsec.)"}, {"Text5", "Recording time (ms)"},
       {"Text6", "Time overlap (ms)"},         {"Text7", "Number of records"},       {"Text8", "Channels / record"},
@@ -80,13 +72,19 @@ void Stack_Time::info() {
   message(platform, text, Icon::information);
 }
 
-void Stack_Time::choose_input() {
+// The dialog of both buttons; a cancel gives its start name back.
+std::string Stack_Time::choose() {
   FileDialogRequest r;
   r.title = "SU file selection";
   r.filter = "Record |*.SU*|All files|*.*|";
   r.file_name = "*.SU*";
   std::string chosen;
   resume_next([&] { chosen = platform.file_dialog(r); });
+  return chosen;
+}
+
+void Stack_Time::choose_input() {
+  const std::string chosen = choose();
   state.file_in = chosen;
   set_text("Text1", chosen);
   set_text("Text2", base_of(chosen) + "_stack.su");

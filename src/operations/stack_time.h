@@ -14,6 +14,7 @@ class Stack_Time : public Panel {
   void Process();
 
  private:
+  std::string choose();
   void info();
   // Writes a batch text to batch_file and starts it through Run_Batch.
   void run_batch_text(std::string text);

@@ -53,10 +53,21 @@ void count_traces(App& app, const std::string& file, int32_t& traces) {
 // 10th below 100.
 int32_t scan_step(int32_t traces) { return traces < 100 ? 10 : traces < 1000 ? 50 : 500; }
 
-void open_pair(App& app, const std::string& in, const std::string& out) {
+// ns and dt of the input, its traces by the expanded record size, both
+// files opened as 3 and 4, the buffers sized (indices from 1). Gives the
+// trace count.
+int32_t start_job(App& app, const std::string& in, const std::string& out) {
+  first_trace_geometry(app, in);
+  int32_t traces = 0;
+  count_traces(app, in, traces);
   resume_next([&] { app.files.close_all(); });
   resume_next([&] { app.files.open(input_file, native_path(in)); });
   resume_next([&] { app.files.open(output_file, native_path(out)); });
+  const auto samples = static_cast<size_t>(std::max(app.state.ns, 0));
+  app.state.r4_trace.assign(samples + 1, 0.0f);
+  app.state.i2_trace.assign(samples + 1, 0);
+  app.state.header_bytes.assign(su::header_size + 1, 0);
+  return traces;
 }
 
 }  // namespace
@@ -68,14 +79,7 @@ void SU_Compress(App& app) {
                                      "*.SU", 0);
   if (in.empty()) return;
   const std::string out = in.substr(0, in.size() - 2) + "SU2";
-  first_trace_geometry(app, in);
-  int32_t traces = 0;
-  count_traces(app, in, traces);
-  const int32_t ns = state.ns;
-  open_pair(app, in, out);
-  state.r4_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0.0f);
-  state.i2_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0);
-  state.header_bytes.assign(su::header_size + 1, 0);
+  const int32_t traces = start_job(app, in, out), ns = state.ns;
   const int64_t in_record = su::header_size + 4 * static_cast<int64_t>(ns);
   const int64_t out_record = su::header_size + 2 * static_cast<int64_t>(ns);
   auto read_trace = [&](int32_t k) {
@@ -133,16 +137,9 @@ void SU_Uncompress(App& app) {
                                      "*.SU2", 1);
   if (in.empty()) return;
   const std::string out = in.substr(0, in.size() - 3) + "SU";
-  first_trace_geometry(app, in);
   // Counted by the expanded record size, as the compression counts: the
   // traces past that count are not expanded.
-  int32_t traces = 0;
-  count_traces(app, in, traces);
-  const int32_t ns = state.ns;
-  open_pair(app, in, out);
-  state.r4_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0.0f);
-  state.i2_trace.assign(static_cast<size_t>(std::max(ns, 0)) + 1, 0);
-  state.header_bytes.assign(su::header_size + 1, 0);
+  const int32_t traces = start_job(app, in, out), ns = state.ns;
   const int64_t in_record = su::header_size + 2 * static_cast<int64_t>(ns);
   const int64_t out_record = su::header_size + 4 * static_cast<int64_t>(ns);
   // The factor is stored nowhere: the samples stay multiplied by it.
