@@ -4,6 +4,8 @@
 # of two 100 MB SU files within 3x, compression to 16 bits within 2x.
 # Times are wall-clock times of the runs alone (the removal of earlier
 # outputs is not timed); the files are in the page cache.
+# Run by hand on a quiet machine (it is not part of ctest: on a shared one
+# the wall-clock ratios swing widely).
 # usage: operations2_speed_check.sh TRACEFOLD_RUN
 set -eu
 run=$1
