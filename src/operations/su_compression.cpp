@@ -60,6 +60,8 @@ int32_t start_job(App& app, const std::string& in, const std::string& out) {
   first_trace_geometry(app, in);
   int32_t traces = 0;
   count_traces(app, in, traces);
+  // A negative sample count dimensions no buffer: nothing is converted.
+  if (app.state.ns < 0) traces = 0;
   resume_next([&] { app.files.close_all(); });
   resume_next([&] { app.files.open(input_file, native_path(in)); });
   resume_next([&] { app.files.open(output_file, native_path(out)); });

@@ -141,6 +141,7 @@ void substract::Combine(Operator op) {
   const int32_t record = i32_add(i32_mul(state.ns, 4), su::header_size);
   state.nb_traces = traces_by_record_size(f1.length(), record);
 
+  if (state.ns < 1) throw RunTimeError(err::subscript);  // no buffer of indices 1 to ns
   const auto samples = static_cast<size_t>(state.ns);
   state.r4_trace.assign(samples, 0.0f);
   std::vector<float> file2_trace(samples, 0.0f), result(samples, 0.0f);
