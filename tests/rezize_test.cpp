@@ -100,7 +100,7 @@ TEST(Rezize, NewRecordingTimeFollowsRateAndSamples) {
   EXPECT_EQ(r.panel->text("Text17"), "202");
 }
 
-TEST(Rezize, StandInToolsRunTheChannelWindow) {
+TEST(Rezize, StandInToolsRunTheBatchOfEachTab) {
   Resizing r(records(2, 4, 10, 1000));
   write_stand_ins(r.app_dir.str());
   r.panel->set_text("Text9", "2");
@@ -110,7 +110,12 @@ TEST(Rezize, StandInToolsRunTheChannelWindow) {
   const size_t rec = 240 + 40;
   for (size_t t : {1, 2, 5, 6}) kept.insert(kept.end(), all.begin() + static_cast<long>(t * rec), all.begin() + static_cast<long>((t + 1) * rec));
   EXPECT_EQ(read_bytes(r.dir.file("line_new.su")), kept);
-  EXPECT_EQ(text_of(r.app_dir.file("calls.log")), "suwind key=tracf min=2 max=3\n");
+  r.go(1);
+  r.panel->set_text("Text14", "2000");
+  r.go(2);
+  EXPECT_EQ(text_of(r.app_dir.file("calls.log")),
+            "suwind key=tracf min=2 max=3\nsuwind tmin=0 tmax=.008\nsuresamp nt=10 dt=.002\n");
+  EXPECT_EQ(r.platform.batches_run, 3);
 }
 
 TEST(Rezize, InputDialogAndItsCancel) {
