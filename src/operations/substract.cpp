@@ -1,7 +1,6 @@
 #include "operations/substract.h"
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
 
 #include "frame/helpers.h"
@@ -156,28 +155,34 @@ void substract::Combine(Operator op) {
   };
   // Whole records go by blocks: both inputs are read a block at a time, the
   // results take the place of File 1's samples, and the block is written
-  // back whole, its headers being the bytes that the copy holds.
-  const auto sample_bytes = 4 * samples;
+  // back whole, its headers being the bytes that the copy holds. The blocks
+  // are held as floats: a record is 60 words of header and ns samples.
+  const size_t record_words = static_cast<size_t>(record) / 4;
   const int32_t whole = static_cast<int32_t>(std::min<int64_t>(state.nb_traces, f1.length() / record));
   const int32_t per_block = traces_per_write(record);
-  std::vector<uint8_t> block1, block2;
+  std::vector<float> block1, block2;
   int32_t i = 1;
   while (i <= whole) {
     const int32_t count = std::min(per_block, whole - i + 1);
     const int64_t start = static_cast<int64_t>(record) * (i - 1);
-    block1.resize(static_cast<size_t>(count) * static_cast<size_t>(record));
+    block1.resize(static_cast<size_t>(count) * record_words);
     block2.resize(block1.size());
-    f1.read_at(start, block1.data(), block1.size());
-    f2.read_at(start, block2.data(), block2.size());
+    f1.read_block(start, block1);
+    f2.read_block(start, block2);
+    // The buffers hold the block's last trace, as a walk trace by trace leaves them.
+    const size_t last = (static_cast<size_t>(count) - 1) * record_words + su::header_size / 4;
+    std::copy_n(block1.begin() + static_cast<long>(last), samples, state.r4_trace.begin());
+    std::copy_n(block2.begin() + static_cast<long>(last), samples, file2_trace.begin());
     for (size_t j = 0; j < static_cast<size_t>(count); ++j, ++i) {
       set_progress("ProgressBar1", to_i32(i / 5.0));
-      uint8_t* trace_samples = block1.data() + j * static_cast<size_t>(record) + su::header_size;
-      std::memcpy(state.r4_trace.data(), trace_samples, sample_bytes);
-      std::memcpy(file2_trace.data(), block2.data() + j * static_cast<size_t>(record) + su::header_size, sample_bytes);
-      combine();
-      std::memcpy(trace_samples, result.data(), sample_bytes);
+      float* a = block1.data() + j * record_words + su::header_size / 4;
+      const float* b = block2.data() + j * record_words + su::header_size / 4;
+      if (op == Operator::subtract)
+        for (size_t k = 0; k < samples; ++k) a[k] = s1 * a[k] - s2 * b[k];
+      else
+        for (size_t k = 0; k < samples; ++k) a[k] = s1 * a[k] + s2 * b[k];
     }
-    f3.write_at(start, block1.data(), block1.size());
+    f3.write_block(start, block1);
   }
   // A last trace that the rounded count reaches past the end: read as far
   // as the files go, the samples of the trace before filling the rest.
