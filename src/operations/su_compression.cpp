@@ -110,12 +110,14 @@ void SU_Compress(App& app) {
   // A product past the 16-bit range (or no number) overflows: the sample
   // keeps the value of the trace before.
   auto convert = [&] {
-    for (int32_t i = 1; i <= ns; ++i) {
-      const auto at = static_cast<size_t>(i);
-      const float product = static_cast<float>(factor) * state.r4_trace[at];
-      if (!(product >= -32768.5f && product <= 32767.5f)) continue;
+    const auto scale = static_cast<float>(factor);
+    const float* samples = &state.r4_trace[1];
+    int16_t* kept = &state.i2_trace[1];
+    for (int32_t i = 0; i < ns; ++i) {
+      const float product = scale * samples[i];
       const float rounded = nearest_even(product);
-      if (rounded <= 32767.0f) state.i2_trace[at] = static_cast<int16_t>(rounded);
+      const bool fits = product >= -32768.5f && rounded <= 32767.0f;
+      kept[i] = fits ? static_cast<int16_t>(static_cast<int32_t>(fits ? rounded : 0.0f)) : kept[i];
     }
   };
   const RecordBuffers buffers{&state.header_bytes[1], &state.r4_trace[1], 4 * static_cast<size_t>(ns), &state.i2_trace[1],
