@@ -25,6 +25,12 @@
 #include "exports/text_exports.h"
 #include "vibroseis/vibro.h"
 #include "vibroseis/vibroseis.h"
+#include "operations/file_size.h"
+#include "operations/rezize.h"
+#include "operations/spliter.h"
+#include "operations/stack_time.h"
+#include "operations/su_compression.h"
+#include "operations/substract.h"
 
 namespace tf {
 
@@ -63,6 +69,13 @@ void register_all_panels(App& app) {
   app.routines["Convert_2_X_Y_Z"] = Convert_2_X_Y_Z;
   app.routines["Write_FBP"] = Write_FBP;
   app.routines["Write_Rayfract"] = Write_Rayfract;
+  app.panels.add("rezize", make<rezize>());
+  app.panels.add("substract", make<substract>());
+  app.panels.add("Stack_Time", make<Stack_Time>());
+  app.panels.add("FileSize", make<FileSize>());
+  app.panels.add("spliter", make<spliter>());
+  app.routines["SU_Compress"] = SU_Compress;
+  app.routines["SU_Uncompress"] = SU_Uncompress;
 }
 
 }  // namespace tf

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -90,6 +91,32 @@ void BinaryFile::write_at(int64_t pos, const void* data, size_t size) {
     in += put, pos += put, size -= static_cast<size_t>(put);
   }
   if (end > length_) length_ = end;
+}
+
+void BinaryFile::copy_to(BinaryFile& to, int64_t pos, int64_t to_pos, int64_t size) {
+  if (fd_ < 0 || to.fd_ < 0) throw RunTimeError(err::bad_file_number);
+  if (!to.writable_) throw RunTimeError(err::permission_denied);
+  if (pos < 0 || to_pos < 0 || size < 0) throw RunTimeError(63);  // bad record number
+  const int64_t end = to_pos + size;
+  int64_t inside = std::max<int64_t>(0, std::min(size, length_ - pos));
+#ifdef __linux__
+  while (inside > 0) {
+    loff_t in_off = pos, out_off = to_pos;
+    auto moved = ::copy_file_range(fd_, &in_off, to.fd_, &out_off, static_cast<size_t>(inside), 0);
+    if (moved <= 0) break;  // not between these files: the buffer below does it
+    pos += moved, to_pos += moved, size -= moved, inside -= moved;
+  }
+#endif
+  constexpr int64_t chunk = 8 << 20;
+  std::vector<char> buffer;
+  while (size > 0) {
+    const int64_t n = std::min(size, chunk);
+    buffer.assign(static_cast<size_t>(n), 0);
+    read_at(pos, buffer.data(), buffer.size());
+    to.write_at(to_pos, buffer.data(), buffer.size());
+    pos += n, to_pos += n, size -= n;
+  }
+  if (end > to.length_) to.length_ = end;
 }
 
 BinaryFile& FileTable::open(int number, const std::string& path) {

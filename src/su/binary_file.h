@@ -32,6 +32,12 @@ class BinaryFile {
   void read_at(int64_t pos, void* data, size_t size);
   void write_at(int64_t pos, const void* data, size_t size);
 
+  // `size` bytes from `pos` written at `to_pos` of `to`, byte for byte as a
+  // read into a zeroed buffer of that size and one write give (past this
+  // file's end the bytes are zeros), without the buffer where the system
+  // copies between files itself.
+  void copy_to(BinaryFile& to, int64_t pos, int64_t to_pos, int64_t size);
+
   template <typename T>
   void read_value(int64_t pos, T& value) { read_at(pos, &value, sizeof(T)); }
   template <typename T>

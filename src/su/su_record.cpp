@@ -111,8 +111,7 @@ void RecordImage::flush() {
   if (base_ < file.length()) {
     size_t inside = static_cast<size_t>(std::min<int64_t>(file.length() - base_, static_cast<int64_t>(bytes_.size())));
     under_.resize(inside);
-    bool gaps = false;
-    for (size_t i = 0; i < inside && !gaps; ++i) gaps = !written_[i];
+    const bool gaps = std::memchr(written_.data(), 0, inside) != nullptr;
     if (gaps) {
       file.read_at(base_, under_.data(), inside);
       for (size_t i = 0; i < inside; ++i)
@@ -120,7 +119,8 @@ void RecordImage::flush() {
     }
   }
   // Leading bytes that no write touched are left out of the write.
-  size_t first = static_cast<size_t>(std::find(written_.begin(), written_.end(), 1) - written_.begin());
+  const void* touched = std::memchr(written_.data(), 1, written_.size());
+  size_t first = touched ? static_cast<size_t>(static_cast<const uint8_t*>(touched) - written_.data()) : written_.size();
   file.write_at(base_ + static_cast<int64_t>(first), bytes_.data() + first, bytes_.size() - first);
   begin(base_ + static_cast<int64_t>(bytes_.size()));
 }
