@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frame/platform.h"
+#include "su/binary_file.h"
 
 namespace tf {
 
@@ -22,6 +23,12 @@ struct Selection {
 // Cuts a text at its blanks; each piece ends at a blank, so the text is
 // passed with a blank appended and a run of blanks gives empty pieces.
 Selection cut_at_blanks(const std::string& text);
+
+// The other walk of a selection text, that of the generic importer: the text
+// behind the last blank is a piece too (no blank need be appended), and the
+// walk takes at most `capacity` pieces. `text` is consumed: it is left with
+// the last piece, or with what lies past the pieces taken.
+Selection take_pieces(std::string& text, int capacity);
 
 // The record dialog of the importers: multiple selection (flags 512), the
 // data folder first; gives the one text that comes back.
@@ -53,8 +60,22 @@ std::string list_entry(const Control& list, int index);
 // come from.
 std::string file_system_name(const std::string& name);
 
+// A record opened for reading: a missing one is error 53, not a new empty
+// file, and a record is never changed.
+void open_record(FileTable& files, int number, const std::string& name);
+
+// A name found as the desktop's file system finds it, letters of either
+// case: each part of the path that does not stand as written is looked up
+// in its folder without regard to case. The name as written when nothing
+// matches.
+std::string case_blind_name(const std::string& name);
+
 // The output-name dialog of the importers: "SU File name selection", *.SU.
 // Gives the name that comes back (the start name on a cancel).
-std::string output_name_dialog(Platform& platform, const std::string& initial_dir);
+inline constexpr const char* su_output_title = "SU File name selection";
+inline constexpr const char* su_output_filter = "Seismic File |*.SU|All files|*.*|";
+std::string output_name_dialog(Platform& platform, const std::string& initial_dir,
+                               const std::string& title = su_output_title,
+                               const std::string& filter = su_output_filter);
 
 }  // namespace tf

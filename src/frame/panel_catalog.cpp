@@ -4,7 +4,9 @@
 #include "frame/panel.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
+#include "importers/dolang.h"
 #include "importers/es1225.h"
+#include "importers/sisforme.h"
 
 namespace tf {
 
@@ -20,6 +22,8 @@ void register_all_panels(App& app) {
   app.routines["Zip_Files"] = Zip_Files;
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
+  app.panels.add("sisforme", make<sisforme>());
+  app.panels.add("DOLANG", make<DOLANG>());
 }
 
 }  // namespace tf

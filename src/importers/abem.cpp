@@ -1,7 +1,5 @@
 #include "importers/abem.h"
 
-#include <filesystem>
-
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "su/su_record.h"
@@ -34,15 +32,6 @@ constexpr int channels_line = 113;
 // The text fields at the head of the header (first field, second field,
 // date YYMMDD, time HH MM) come from its first 601 bytes.
 constexpr int text_fields_bytes = 601;
-
-// Records are opened for reading: a missing one is error 53, not a new
-// empty file.
-void open_record(FileTable& files, int number, const std::string& name) {
-  const std::string path = file_system_name(name);
-  std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
-  files.open(number, path);
-}
 }  // namespace
 
 abem::abem(App& owner) : Panel(owner, "abem", "ABEM mark 3 to SU ") {

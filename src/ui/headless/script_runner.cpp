@@ -102,6 +102,15 @@ std::string dump_control(const Control& c) {
     j.add("list_index", c.list_index);
   }
   if (c.kind == Kind::progress) j.add("min", c.min).add("max", c.max);
+  if (c.kind == Kind::grid) {
+    std::string rows;
+    for (const auto& row : c.cells) {
+      std::string cells;
+      for (const auto& cell : row) cells += (cells.empty() ? "" : ",") + json_quote(cell);
+      rows += (rows.empty() ? "[" : ",[") + cells + "]";
+    }
+    j.add_raw("cells", "[" + rows + "]");
+  }
   return j.str();
 }
 
