@@ -1,19 +1,28 @@
 // make-records: writes synthetic field records for the demo and the tests.
 //   make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]
 //   make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]
+//   make-records binary FOLDER COUNT [CHANNELS] [SAMPLES] [FILE_HEADER] [TRACE_HEADER] [i16|i32|f32] [le|be]
+//   make-records dolang FOLDER COUNT [CHANNELS] [SAMPLES] [DT]
 // ES-1225: a file header, then per channel the int16 samples and 48 bytes;
 // ABEM Mark 3: a 2048-byte header of text lines, then per channel the int16
-// samples. The samples are a shot gather with a first arrival moving out by
+// samples; generic binary: a file header, then per channel a trace header
+// and its samples (recNNN.bin); Dolang: per shot the channel files
+// shotNNN.A01 ... as text and the info file shotNNN.ADT. The samples are a
+// shot gather with a first arrival moving out by
 // channel.
 #include <iostream>
 #include <string>
 
+#include "tools/binary_record_generators.h"
 #include "tools/record_generators.h"
 
 int main(int argc, char** argv) {
   if (argc < 4) {
     std::cerr << "usage: make-records es1225 FOLDER COUNT [CHANNELS] [SAMPLES] [HEADER]\n"
-                 "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n";
+                 "       make-records abem FOLDER COUNT [CHANNELS] [SAMPLES] [RATE_CODE]\n"
+                 "       make-records binary FOLDER COUNT [CHANNELS] [SAMPLES] [FILE_HEADER] [TRACE_HEADER]"
+                 " [i16|i32|f32] [le|be]\n"
+                 "       make-records dolang FOLDER COUNT [CHANNELS] [SAMPLES] [DT]\n";
     return 2;
   }
   std::string format = argv[1], folder = argv[2];
@@ -33,6 +42,22 @@ int main(int argc, char** argv) {
       if (option(2)) layout.samples = option(2);
       if (argc > 6) layout.rate_code = option(3);
       std::cout << tf::gen::write_abem(folder, i, layout) << "\n";
+    } else if (format == "binary") {
+      tf::gen::BinaryLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (argc > 6) layout.file_header = option(3);
+      if (argc > 7) layout.trace_header = option(4);
+      const std::string type = argc > 8 ? argv[8] : "i32";
+      layout.type = type == "i16" ? tf::gen::SampleType::i16 : type == "f32" ? tf::gen::SampleType::f32 : tf::gen::SampleType::i32;
+      layout.big_endian = argc > 9 && std::string(argv[9]) == "be";
+      std::cout << tf::gen::write_binary(folder, i, layout) << "\n";
+    } else if (format == "dolang") {
+      tf::gen::DolangLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (option(3)) layout.dt = option(3);
+      std::cout << tf::gen::write_dolang(folder, i, layout) << "\n";
     } else {
       std::cerr << "make-records: unknown format " << format << "\n";
       return 2;

@@ -27,8 +27,8 @@ void put_gather(std::vector<uint8_t>& bytes, size_t start, int record, int chann
     std::memcpy(&bytes[start + 2 * static_cast<size_t>(s)], &v, 2);
   }
 }
+}  // namespace
 
-// Writes FOLDER/recNNN.EXT and gives its path.
 std::string write_record(const std::string& folder, int record, const char* extension,
                          const std::vector<uint8_t>& bytes) {
   std::filesystem::create_directories(folder);
@@ -39,7 +39,6 @@ std::string write_record(const std::string& folder, int record, const char* exte
                                                static_cast<std::streamsize>(bytes.size()));
   return path;
 }
-}  // namespace
 
 std::vector<uint8_t> es1225_record(int record, const Es1225Layout& layout) {
   const size_t block = 2 * static_cast<size_t>(layout.samples) + 48;

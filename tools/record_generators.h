@@ -11,6 +11,10 @@ namespace tf::gen {
 // out with the channel, deterministic for a record and channel.
 int16_t gather_sample(int record, int channel, int sample);
 
+// Writes FOLDER/recNNN.EXT and gives its path.
+std::string write_record(const std::string& folder, int record, const char* extension,
+                         const std::vector<uint8_t>& bytes);
+
 struct Es1225Layout {
   int channels = 12;
   int samples = 1000;
