@@ -55,7 +55,7 @@ std::pair<std::string, std::string> file_date_time(const std::string& path) {
   namespace fs = std::filesystem;
   const auto written = fs::last_write_time(path);  // throws when missing
   const auto since = std::chrono::time_point_cast<std::chrono::system_clock::duration>(
-      written - fs::file_time_type::clock::now() + std::chrono::system_clock::now());
+      fs::file_time_type::clock::to_sys(written));
   const std::time_t t = std::chrono::system_clock::to_time_t(since);
   std::tm local{};
 #ifdef _WIN32
