@@ -223,8 +223,9 @@ void sisforme::Convert() {
       // The zeroing runs 16 bytes past the header; the samples cover them.
       image.zero_words(180, 256, 4);
       image.put_block(su::header_size, &state.r4_trace[1], samples);
+      // A trace at a time: the image stays small enough to be quick.
+      step([&] { image.flush(); });
     }
-    step([&] { image.flush(); });
     step([&] { files.close(1); });
   }
   step([&] { files.close(2); });
