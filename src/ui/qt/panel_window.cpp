@@ -511,6 +511,7 @@ void PanelWindow::update(Control& c) {
       for (size_t r = 0; r < c.cells.size(); ++r)
         for (size_t k = 0; k < c.cells[r].size(); ++k)
           grid->setItem(static_cast<int>(r), static_cast<int>(k), new QTableWidgetItem(q(c.cells[r][k])));
+      grid->resizeColumnsToContents();  // a folder or a name reads whole
       break;
     }
     case Kind::picture: break;
