@@ -237,3 +237,21 @@ TEST(Dolang, MissingAndShortChannelFilesRepeatTheTraceBefore) {
                      "information"));
   EXPECT_TRUE(r.has({"\"event\":\"unload\",\"panel\":\"DOLANG\""}));
 }
+
+// Channel files of binary garbage or empty end in a converted file of the
+// right size and the usual box, never in a fault.
+TEST(Dolang, GarbledChannelFilesConvertQuietly) {
+  TempDir dir;
+  gen::DolangLayout layout;
+  layout.channels = 3, layout.samples = 50;
+  const std::string adt = shot(dir, 1, layout);
+  std::string garbage;
+  for (int i = 0; i < 4000; ++i) garbage += static_cast<char>((i * 131 + 7) % 256);
+  write_text(dir.file(gen::dolang_channel_name(1, 2)), garbage);
+  write_text(dir.file(gen::dolang_channel_name(1, 3)), "");
+  auto r = run(choose(select_all(dir, 1, 3), adt) + "click DOLANG.Command1\n");
+  EXPECT_EQ(r.exit_code, exit_ok);
+  EXPECT_FALSE(r.has({"runtime-error"}));
+  EXPECT_EQ(r.with({"\"event\":\"msgbox\""}), Texts{box_line("OK Conversion done", "information")});
+  EXPECT_EQ(read_bytes(dir.str() + "/shot001.SU").size(), 3u * (240 + 200));
+}
