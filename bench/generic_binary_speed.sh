@@ -19,19 +19,7 @@ set sisforme.Text8 "240"
 set sisforme.Text2 "$work/line.su"
 click sisforme.Command1
 SCRIPT
-best() { # the best time in ns of five runs of "$@"
-  b=0
-  for i in 1 2 3 4 5; do
-    t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
-    if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
-  done
-  echo $b
-}
+source "$(dirname "$0")/../tests/speed_support.sh"
 convert() { rm -f "$work/line.su"; "$run" "$work/line.tfs"; }
-copy() { rm -f "$work/copy.su"; cp "$work/line.su" "$work/copy.su"; }
-convert_ns=$(best convert)
 convert | grep -q '"OK, Conversion done"' || { echo "the conversion did not finish: 0 passed, 1 failed"; exit 1; }
-cp_ns=$(best copy)
-echo "conversion $((convert_ns / 1000000)) ms, cp of $(wc -c <"$work/line.su") bytes $((cp_ns / 1000000)) ms"
-if [ "$convert_ns" -gt $((2 * cp_ns)) ]; then echo "conversion slower than 2x cp: 0 passed, 1 failed"; exit 1; fi
-echo "1 passed, 0 failed"
+within_of_cp 2 "$work/line.su" convert

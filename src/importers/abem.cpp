@@ -160,13 +160,7 @@ void abem::Convert() {
       image.put(su::word("tracl"), 0);
       image.put(su::word("tracr"), 0);
       su::put_channel_words(image, f, c);
-      image.zero_words(36, 88, 4);
-      image.zero_words(88, 114, 2);
-      image.put_i32(su::word("ns").offset, ns);  // 4 bytes: its upper half falls on dt
-      image.put(su::word("dt"), state.dt);
-      image.zero_words(118, 180, 2);
-      // The zeroing runs 16 bytes past the header; the samples cover them.
-      image.zero_words(180, 256, 4);
+      su::put_plain_tail(image, ns, state.dt);
       for (int16_t k = 1; k <= samples; ++k) state.r4_trace[static_cast<size_t>(k)] = state.i2_trace[static_cast<size_t>(k)];
       image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
     }

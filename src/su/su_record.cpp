@@ -130,4 +130,13 @@ void put_channel_words(RecordImage& image, int32_t fldr, int32_t tracf) {
   image.put(word("nhs"), 1);
 }
 
+void put_plain_tail(RecordImage& image, int32_t ns, int16_t dt) {
+  image.zero_words(36, 88, 4);
+  image.zero_words(88, 114, 2);
+  image.put_i32(word("ns").offset, ns);
+  image.put(word("dt"), dt);
+  image.zero_words(118, 180, 2);
+  image.zero_words(180, 256, 4);
+}
+
 }  // namespace tf::su
