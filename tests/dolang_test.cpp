@@ -256,17 +256,3 @@ TEST(Dolang, GarbledChannelFilesConvertQuietly) {
   EXPECT_EQ(read_bytes(dir.str() + "/shot001.SU").size(), 3u * (240 + 200));
 }
 
-// Absurd counts typed in the fields make a run of a billion traces, none
-// of which finds a file; the runner's time limit ends it.
-TEST(Dolang, AbsurdCountsEndAtTheRunnersTimeLimit) {
-  TempDir dir;
-  gen::DolangLayout layout;
-  layout.channels = 2, layout.samples = 4;
-  const std::string adt = shot(dir, 1, layout);
-  RunnerOptions options;
-  options.max_seconds = 1;
-  auto r = run(choose(select_all(dir, 1, 2), adt) + "set DOLANG.Text2 \"32767\"\nset DOLANG.Text3 \"32767\"\n"
-               "click DOLANG.Command1\n", options);
-  EXPECT_EQ(r.exit_code, exit_run_aborted);
-  EXPECT_TRUE(r.has({"\"event\":\"aborted\"", "time limit"}));
-}

@@ -66,6 +66,9 @@ int32_t field_i32(std::string_view text);
 // 16- and 32-bit integer arithmetic with the overflow error.
 int16_t i16_mul(int32_t a, int32_t b);
 int16_t i16_add(int32_t a, int32_t b);
+// The step of a 16-bit loop counter: past 32767 it is the overflow error,
+// raised where the loop's own failure handling takes it.
+inline int16_t i16_next(int16_t counter) { return i16_add(counter, 1); }
 int32_t i32_mul(int64_t a, int64_t b);
 int32_t i32_add(int64_t a, int64_t b);
 
@@ -118,6 +121,17 @@ class TokenReader {
   std::string text_;
   size_t pos_ = 0;
 };
+
+// A work array of zeroed elements 0 to `upper`; a negative bound is error 9.
+// A desktop process of the platform has no room for one past 1 GiB: error 7,
+// the array as it was.
+inline constexpr int64_t largest_array_bytes = int64_t{1} << 30;
+template <typename T>
+void dim_array(std::vector<T>& array, int64_t upper) {
+  if (upper < 0) throw RunTimeError(err::subscript);
+  if (upper >= largest_array_bytes / static_cast<int64_t>(sizeof(T))) throw RunTimeError(err::out_of_memory);
+  array.assign(static_cast<size_t>(upper) + 1, T{});
+}
 
 // "Run with run-time errors ignored": each statement is run through this, and
 // a failing one is passed over.

@@ -197,13 +197,14 @@ void DOLANG::Convert() {
   int cursor = 1;  // reading starts at the second entry of the list
   resume_next([&] {
     if (ns < 1) throw RunTimeError(err::subscript);
-    state.r4_trace.assign(static_cast<size_t>(ns) + 1, 0.0f);
+    dim_array(state.r4_trace, ns);
   });
   resume_next([&] { files.open(3, file_system_name(state.file_out)); });
 
   su::RecordImage image(files, 3);
-  for (int16_t r = 1; r <= records; ++r) {
-    for (int16_t c = 1; c <= state.nb_channels; ++c) {
+  auto next = [](int16_t& counter) { resume_next([&] { counter = i16_next(counter); }); };
+  for (int16_t r = 1; r <= records; next(r)) {
+    for (int16_t c = 1; c <= state.nb_channels; next(c)) {
       int16_t n = 0;
       resume_next([&] { n = i16_add(i16_mul(r - 1, state.nb_channels), c); });
       resume_next([&] { set_progress("ProgressBar1", n); });

@@ -29,8 +29,6 @@ const char* const help_lines[] = {
 const char* const type_options[] = {"Option1", "Option2", "Option3", "Option4"};
 // The selection walk keeps a table of 900 texts.
 constexpr int piece_capacity = 900;
-// More samples a trace than the desktop's memory holds: error 7.
-constexpr int32_t most_samples = 1 << 26;
 }  // namespace
 
 sisforme::sisforme(App& owner) : Panel(owner, "sisforme", "Brenholt Seismic file converter") {
@@ -161,11 +159,9 @@ void sisforme::Convert() {
   const int width = sample_width();
   step([&] {
     if (ns < 1) throw RunTimeError(err::subscript);  // indices 1 to ns
-    if (ns > most_samples) throw RunTimeError(err::out_of_memory);
-    const auto size = static_cast<size_t>(ns) + 1;
-    if (width == 2) state.i2_trace.assign(size, 0);
-    if (checked("Option2") || checked("Option4")) state.i4_trace.assign(size, 0);
-    state.r4_trace.assign(size, 0.0f);  // the ASCII option leaves it zero
+    if (width == 2) dim_array(state.i2_trace, ns);
+    if (checked("Option2") || checked("Option4")) dim_array(state.i4_trace, ns);
+    dim_array(state.r4_trace, ns);  // the ASCII option leaves it zero
   });
   state.file_in = text("Text1");
   state.file_out = text("Text2");
@@ -185,9 +181,9 @@ void sisforme::Convert() {
   auto cell = [&](int column) {
     return row.empty() || column >= static_cast<int>(row[0].size()) ? std::string() : row[0][static_cast<size_t>(column)];
   };
-  for (int16_t f = 1; f <= file_count; ++f) {
+  for (int16_t f = 1; f <= file_count; step([&] { f = i16_next(f); })) {
     step([&] { open_record(files, 1, cell(0) + sep + cell(f)); });
-    for (int16_t c = 1; c <= state.nb_channels; ++c) {
+    for (int16_t c = 1; c <= state.nb_channels; step([&] { c = i16_next(c); })) {
       step([&] { set_progress("ProgressBar1", i16_mul(f, c)); });
       double position = 0;
       step([&] { position = header + c * trace_header + i32_mul(i16_mul(c - 1, width), ns); });

@@ -53,7 +53,6 @@ class ScriptPlatform : public Platform {
   std::string system_folder() override { return options_.system_dir; }
 
  private:
-  void check_time();
   void check_limits();
   RunnerOptions options_;
   std::ostream& out_;
