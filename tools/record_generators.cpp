@@ -27,6 +27,7 @@ void put_gather(std::vector<uint8_t>& bytes, size_t start, int record, int chann
     std::memcpy(&bytes[start + 2 * static_cast<size_t>(s)], &v, 2);
   }
 }
+
 }  // namespace
 
 std::string write_record(const std::string& folder, int record, const char* extension,

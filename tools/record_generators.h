@@ -11,10 +11,6 @@ namespace tf::gen {
 // out with the channel, deterministic for a record and channel.
 int16_t gather_sample(int record, int channel, int sample);
 
-// Writes FOLDER/recNNN.EXT and gives its path.
-std::string write_record(const std::string& folder, int record, const char* extension,
-                         const std::vector<uint8_t>& bytes);
-
 struct Es1225Layout {
   int channels = 12;
   int samples = 1000;
@@ -39,5 +35,8 @@ struct AbemLayout {
 std::vector<uint8_t> abem_record(int record, const AbemLayout& layout);
 // Writes record `record` as FOLDER/recNNN.abm and gives its path.
 std::string write_abem(const std::string& folder, int record, const AbemLayout& layout);
+
+// Writes FOLDER/recNNN.EXT with `bytes` and gives its path.
+std::string write_record(const std::string& folder, int record, const char* extension, const std::vector<uint8_t>& bytes);
 
 }  // namespace tf::gen

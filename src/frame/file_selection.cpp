@@ -95,13 +95,6 @@ std::string file_system_name(const std::string& name) {
   return s;
 }
 
-void open_record(FileTable& files, int number, const std::string& name) {
-  const std::string path = file_system_name(name);
-  std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
-  files.open(number, path);
-}
-
 std::string case_blind_name(const std::string& name) {
   std::error_code ec;
   if (name.empty() || std::filesystem::exists(name, ec)) return name;

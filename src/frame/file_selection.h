@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "frame/platform.h"
-#include "su/binary_file.h"
 
 namespace tf {
 
@@ -59,10 +58,6 @@ std::string list_entry(const Control& list, int index);
 // wildcard makes a bad file name (error 52), as on the desktop the records
 // come from.
 std::string file_system_name(const std::string& name);
-
-// A record opened for reading: a missing one is error 53, not a new empty
-// file, and a record is never changed.
-void open_record(FileTable& files, int number, const std::string& name);
 
 // A name found as the desktop's file system finds it, letters of either
 // case: each part of the path that does not stand as written is looked up

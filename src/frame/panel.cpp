@@ -83,6 +83,12 @@ void Panel::set_progress(const std::string& control, int value) {
   changed(c);
 }
 
+void Panel::set_visible(const std::string& control, bool visible) {
+  Control& c = (*this)[control];
+  c.visible = visible;
+  changed(c);
+}
+
 void Panel::set_progress_range(const std::string& control, int min, int max) {
   Control& c = (*this)[control];
   c.min = min;

@@ -67,6 +67,7 @@ class Panel {
   void set_caption(const std::string& control, const std::string& caption);
   void set_value(const std::string& control, int value);  // checks and options
   void set_progress(const std::string& control, int value);
+  void set_visible(const std::string& control, bool visible);
   void set_progress_range(const std::string& control, int min, int max);
   void add_item(const std::string& control, const std::string& item);
   void select_item(const std::string& control, int index);

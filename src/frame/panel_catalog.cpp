@@ -4,8 +4,8 @@
 #include "frame/panel.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
-#include "importers/dolang.h"
 #include "importers/es1225.h"
+#include "importers/dolang.h"
 #include "importers/sisforme.h"
 
 namespace tf {
@@ -20,10 +20,10 @@ PanelFactory make() {
 void register_all_panels(App& app) {
   app.panels.add("Utility", make<Utility>());
   app.routines["Zip_Files"] = Zip_Files;
-  app.panels.add("es1225", make<es1225>());
-  app.panels.add("abem", make<abem>());
   app.panels.add("sisforme", make<sisforme>());
   app.panels.add("DOLANG", make<DOLANG>());
+  app.panels.add("es1225", make<es1225>());
+  app.panels.add("abem", make<abem>());
 }
 
 }  // namespace tf

@@ -1,5 +1,7 @@
 #include "importers/abem.h"
 
+#include <filesystem>
+
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "su/su_record.h"
@@ -32,6 +34,15 @@ constexpr int channels_line = 113;
 // The text fields at the head of the header (first field, second field,
 // date YYMMDD, time HH MM) come from its first 601 bytes.
 constexpr int text_fields_bytes = 601;
+
+// Records are opened for reading: a missing one is error 53, not a new
+// empty file.
+void open_record(FileTable& files, int number, const std::string& name) {
+  const std::string path = file_system_name(name);
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
+  files.open(number, path);
+}
 }  // namespace
 
 abem::abem(App& owner) : Panel(owner, "abem", "ABEM mark 3 to SU ") {
@@ -160,7 +171,13 @@ void abem::Convert() {
       image.put(su::word("tracl"), 0);
       image.put(su::word("tracr"), 0);
       su::put_channel_words(image, f, c);
-      su::put_plain_tail(image, ns, state.dt);
+      image.zero_words(36, 88, 4);
+      image.zero_words(88, 114, 2);
+      image.put_i32(su::word("ns").offset, ns);  // 4 bytes: its upper half falls on dt
+      image.put(su::word("dt"), state.dt);
+      image.zero_words(118, 180, 2);
+      // The zeroing runs 16 bytes past the header; the samples cover them.
+      image.zero_words(180, 256, 4);
       for (int16_t k = 1; k <= samples; ++k) state.r4_trace[static_cast<size_t>(k)] = state.i2_trace[static_cast<size_t>(k)];
       image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
     }

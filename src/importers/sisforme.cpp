@@ -5,6 +5,7 @@
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
+#include "frame/record_selection.h"
 #include "su/su_record.h"
 
 namespace tf {
@@ -137,12 +138,6 @@ void sisforme::info() {
   message(platform, text);
 }
 
-void sisforme::show_progress(bool visible) {
-  Control& bar = (*this)["ProgressBar1"];
-  bar.visible = visible;
-  changed(bar);
-}
-
 void sisforme::Convert() {
   // Every failing statement shows the conversion error box and runs again.
   auto step = [this](const std::function<void()>& statement) { retry_statement(platform, statement); };
@@ -165,7 +160,7 @@ void sisforme::Convert() {
   });
   state.file_in = text("Text1");
   state.file_out = text("Text2");
-  show_progress(true);
+  set_visible("ProgressBar1", true);
   step([&] { set_progress_range("ProgressBar1", 1, i16_mul(file_count, state.nb_channels)); });
   set_progress("ProgressBar1", 1);
   step([&] { files.close_all(); });
@@ -207,11 +202,7 @@ void sisforme::Convert() {
       step([&] { trace = i16_add(i16_mul(f - 1, state.nb_channels), c - 1); });
       step([&] { state.trace_pos = i32_mul(trace, su::record_size(ns)); });
       image.move_to(state.trace_pos);
-      image.put(su::word("tracl"), 0);
-      image.put(su::word("tracr"), 0);
-      su::put_channel_words(image, f, c);
-      image.put(su::word("duse"), 1);
-      su::put_plain_tail(image, ns, state.dt);
+      su::put_record_header(image, f, c, ns, state.dt, true);
       image.put_block(su::header_size, &state.r4_trace[1], samples);
       // A trace at a time: the image stays small enough to be quick.
       step([&] { image.flush(); });
@@ -219,7 +210,7 @@ void sisforme::Convert() {
     step([&] { files.close(1); });
   }
   step([&] { files.close(2); });
-  show_progress(false);
+  set_visible("ProgressBar1", false);
   set_pointer(Pointer::arrow);
   message(platform, "OK, Conversion done");
 }

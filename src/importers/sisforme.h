@@ -18,7 +18,6 @@ class sisforme : public Panel {
  private:
   void info();
   int sample_width();  // W of the data type on: 0 for ASCII, nothing is read
-  void show_progress(bool visible);
 };
 
 }  // namespace tf

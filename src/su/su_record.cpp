@@ -130,7 +130,11 @@ void put_channel_words(RecordImage& image, int32_t fldr, int32_t tracf) {
   image.put(word("nhs"), 1);
 }
 
-void put_plain_tail(RecordImage& image, int32_t ns, int16_t dt) {
+void put_record_header(RecordImage& image, int32_t fldr, int32_t tracf, int32_t ns, int16_t dt, bool with_duse) {
+  image.put(word("tracl"), 0);
+  image.put(word("tracr"), 0);
+  put_channel_words(image, fldr, tracf);
+  if (with_duse) image.put(word("duse"), 1);
   image.zero_words(36, 88, 4);
   image.zero_words(88, 114, 2);
   image.put_i32(word("ns").offset, ns);

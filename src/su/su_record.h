@@ -149,10 +149,11 @@ class RecordImage {
 // stacked (trid, nvs, nhs 1).
 void put_channel_words(RecordImage& image, int32_t fldr, int32_t tracf);
 
-// The rest of the plain header that importers without header values of
-// their own write after those words: zeros from 36 to 113, ns as a 4-byte
-// word whose upper half dt then replaces, zeros from 118 to 179, and 4-byte
-// zeros from 180 to 255, 16 bytes past the header, which the samples cover.
-void put_plain_tail(RecordImage& image, int32_t ns, int16_t dt);
+// The whole header of the ABEM family of importers: tracl and tracr 0, the
+// channel words (with duse 1 where the format has it), zero words from 36
+// to 113, ns written 4 bytes wide (its upper half falls on dt), dt, zero
+// words from 118 to 179, and zero words from 180 to 255: that run goes 16
+// bytes past the header, where the samples then cover it.
+void put_record_header(RecordImage& image, int32_t fldr, int32_t tracf, int32_t ns, int16_t dt, bool with_duse);
 
 }  // namespace tf::su
