@@ -111,13 +111,11 @@ int sisforme::sample_width() {
 // The file header size that the file's length leaves, and beside it the
 // length that the values typed so far give.
 void sisforme::Calcul_gd_file() {
-  double header = 0, trace_header = 0;
   resume_next([&] { state.nb_channels = field_i16(text("Text3")); });
   resume_next([&] { state.ns = field_i32(text("Text4")); });
   resume_next([&] { state.dt = field_i16(text("Text5")); });
-  resume_next([&] { (void)field_i16(text("Text6")); });
-  header = leading_number(text("Text7"));
-  trace_header = leading_number(text("Text8"));
+  resume_next([&] { (void)field_i16(text("Text6")); });  // the file count: read, of no use here
+  const double header = leading_number(text("Text7")), trace_header = leading_number(text("Text8"));
   // ASCII counts four bytes a sample here.
   const int width = checked("Option1") ? 2 : 4;
   double channels_bytes = 0;
