@@ -18,10 +18,5 @@ click es1225.Command1
 SCRIPT
 source "$(dirname "$0")/../bench/best_time.sh"
 convert() { rm -f "$work/line.su"; "$run" "$work/line.tfs"; }
-copy() { rm -f "$work/copy.su"; cp "$work/line.su" "$work/copy.su"; }
-convert_ns=$(best convert)
 convert | grep -q '"Conversion done"' || { echo "the conversion did not finish: 0 passed, 1 failed"; exit 1; }
-cp_ns=$(best copy)
-echo "conversion $((convert_ns / 1000000)) ms, cp of $(wc -c <"$work/line.su") bytes $((cp_ns / 1000000)) ms"
-if [ "$convert_ns" -gt $((3 * cp_ns)) ]; then echo "conversion slower than 3x cp: 0 passed, 1 failed"; exit 1; fi
-echo "1 passed, 0 failed"
+within_of_cp 3 "$work/line.su" convert

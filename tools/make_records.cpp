@@ -5,17 +5,23 @@
 //   make-records ascii FOLDER COUNT [TRACES] [SAMPLES] [RADAR]
 //   make-records ascii-traces FOLDER COUNT [SAMPLES]
 //   make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]
+//   make-records binary FOLDER COUNT [CHANNELS] [SAMPLES] [FILE_HEADER] [TRACE_HEADER] [i16|i32|f32] [le|be]
+//   make-records dolang FOLDER COUNT [CHANNELS] [SAMPLES] [DT]
 // ES-1225: a file header, then per channel the int16 samples and 48 bytes;
 // ABEM Mark 3: a 2048-byte header of text lines, then per channel the int16
 // samples; OYO McSEIS 170: a 6144-byte header with text columns, then per
 // channel four bytes a sample (SAMPLE_BYTES 4 long integers, 2 short, 1
 // floats); ASCII: a comma-separated matrix a file (RADAR 1 adds its DZT head)
 // or one trace a file; KGS: one file of traces with a 240-byte header of
-// 16-bit words, int16 samples or, with FLOATING 1, float32. The samples are a shot gather with a first arrival moving out by
-// channel.
+// 16-bit words, int16 samples or, with FLOATING 1, float32; generic binary:
+// a file header, then per channel a trace header and its samples
+// (recNNN.bin); Dolang: per shot the channel files shotNNN.A01 ... as text
+// and the info file shotNNN.ADT. The samples are a shot gather with a first
+// arrival moving out by channel.
 #include <iostream>
 #include <string>
 
+#include "tools/binary_record_generators.h"
 #include "tools/record_generators.h"
 #include "tools/text_record_generators.h"
 
@@ -26,7 +32,10 @@ int main(int argc, char** argv) {
                  "       make-records oyo FOLDER COUNT [CHANNELS] [SAMPLES] [SAMPLE_BYTES]\n"
                  "       make-records ascii FOLDER COUNT [TRACES] [SAMPLES] [RADAR]\n"
                  "       make-records ascii-traces FOLDER COUNT [SAMPLES]\n"
-                 "       make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]\n";
+                 "       make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]\n"
+                 "       make-records binary FOLDER COUNT [CHANNELS] [SAMPLES] [FILE_HEADER] [TRACE_HEADER]"
+                 " [i16|i32|f32] [le|be]\n"
+                 "       make-records dolang FOLDER COUNT [CHANNELS] [SAMPLES] [DT]\n";
     return 2;
   }
   std::string format = argv[1], folder = argv[2];
@@ -72,6 +81,22 @@ int main(int argc, char** argv) {
       std::cout << path << "\n";
     } else if (format == "ascii-traces") {
       std::cout << tf::gen::write_ascii_trace(folder, i, option(1) ? option(1) : 512) << "\n";
+    } else if (format == "binary") {
+      tf::gen::BinaryLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (argc > 6) layout.file_header = option(3);
+      if (argc > 7) layout.trace_header = option(4);
+      const std::string type = argc > 8 ? argv[8] : "i32";
+      layout.type = type == "i16" ? tf::gen::SampleType::i16 : type == "f32" ? tf::gen::SampleType::f32 : tf::gen::SampleType::i32;
+      layout.big_endian = argc > 9 && std::string(argv[9]) == "be";
+      std::cout << tf::gen::write_binary(folder, i, layout) << "\n";
+    } else if (format == "dolang") {
+      tf::gen::DolangLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (option(3)) layout.dt = option(3);
+      std::cout << tf::gen::write_dolang(folder, i, layout) << "\n";
     } else {
       std::cerr << "make-records: unknown format " << format << "\n";
       return 2;

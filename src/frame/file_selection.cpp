@@ -10,17 +10,41 @@
 
 namespace tf {
 
-Selection cut_at_blanks(const std::string& text) {
-  Selection s;
+namespace {
+// Pieces of `text` from `start`, each ending at a blank, kept up to
+// `capacity` and counted beyond it unless `stop_at_capacity`; gives where
+// the walk ended.
+size_t walk_blanks(const std::string& text, Selection& s, int capacity, bool stop_at_capacity) {
   size_t start = 0;
   while (start < text.size()) {
+    if (stop_at_capacity && s.count >= capacity) break;
     size_t blank = text.find(' ', start);
     if (blank == std::string::npos) break;
-    if (s.count < selection_capacity) s.items.push_back(text.substr(start, blank - start));
+    if (s.count < capacity) s.items.push_back(text.substr(start, blank - start));
     ++s.count;
     start = blank + 1;
   }
+  return start;
+}
+}  // namespace
+
+Selection cut_at_blanks(const std::string& text) {
+  Selection s;
+  walk_blanks(text, s, selection_capacity, false);
   if (s.items.empty()) s.items.push_back("");
+  return s;
+}
+
+Selection take_pieces(std::string& text, int capacity) {
+  Selection s;
+  const size_t end = walk_blanks(text, s, capacity, true);
+  text.erase(0, end);
+  // What follows the last blank, when there is any, is the last piece; it
+  // stays in the text.
+  if (!text.empty() && s.count < capacity) {
+    s.items.push_back(text);
+    ++s.count;
+  }
   return s;
 }
 
@@ -80,10 +104,30 @@ void open_record(FileTable& files, int number, const std::string& name) {
   files.open(number, path);
 }
 
-std::string output_name_dialog(Platform& platform, const std::string& initial_dir) {
+std::string case_blind_name(const std::string& name) {
+  std::error_code ec;
+  if (name.empty() || std::filesystem::exists(name, ec)) return name;
+  std::filesystem::path found;
+  for (const auto& part : std::filesystem::path(name)) {
+    std::filesystem::path next = found / part;
+    if (!found.empty() && !std::filesystem::exists(next, ec)) {
+      const std::string wanted = lower(part.string());
+      for (const auto& entry : std::filesystem::directory_iterator(found, ec))
+        if (lower(entry.path().filename().string()) == wanted) {
+          next = entry.path();
+          break;
+        }
+    }
+    found = next;
+  }
+  return std::filesystem::exists(found, ec) ? found.string() : name;
+}
+
+std::string output_name_dialog(Platform& platform, const std::string& initial_dir, const std::string& title,
+                               const std::string& filter) {
   FileDialogRequest dialog;
-  dialog.title = "SU File name selection";
-  dialog.filter = "Seismic File |*.SU|All files|*.*|";
+  dialog.title = title;
+  dialog.filter = filter;
   dialog.file_name = "*.SU";
   dialog.initial_dir = initial_dir;
   return platform.file_dialog(dialog);

@@ -24,6 +24,12 @@ struct Selection {
 // passed with a blank appended and a run of blanks gives empty pieces.
 Selection cut_at_blanks(const std::string& text);
 
+// The other walk of a selection text, that of the generic importer: the text
+// behind the last blank is a piece too (no blank need be appended), and the
+// walk takes at most `capacity` pieces. `text` is consumed: it is left with
+// the last piece, or with what lies past the pieces taken.
+Selection take_pieces(std::string& text, int capacity);
+
 // The record dialog of the importers: multiple selection (flags 512), the
 // data folder first; gives the one text that comes back.
 std::string records_dialog(Platform& platform, const std::string& title, const std::string& filter,
@@ -62,8 +68,18 @@ std::string file_system_name(const std::string& name);
 // file.
 void open_record(FileTable& files, int number, const std::string& name);
 
+// A name found as the desktop's file system finds it, letters of either
+// case: each part of the path that does not stand as written is looked up
+// in its folder without regard to case. The name as written when nothing
+// matches.
+std::string case_blind_name(const std::string& name);
+
 // The output-name dialog of the importers: "SU File name selection", *.SU.
 // Gives the name that comes back (the start name on a cancel).
-std::string output_name_dialog(Platform& platform, const std::string& initial_dir);
+inline constexpr const char* su_output_title = "SU File name selection";
+inline constexpr const char* su_output_filter = "Seismic File |*.SU|All files|*.*|";
+std::string output_name_dialog(Platform& platform, const std::string& initial_dir,
+                               const std::string& title = su_output_title,
+                               const std::string& filter = su_output_filter);
 
 }  // namespace tf

@@ -31,6 +31,8 @@
 #include "operations/stack_time.h"
 #include "operations/su_compression.h"
 #include "operations/substract.h"
+#include "importers/dolang.h"
+#include "importers/sisforme.h"
 
 namespace tf {
 
@@ -44,6 +46,8 @@ PanelFactory make() {
 void register_all_panels(App& app) {
   app.panels.add("Utility", make<Utility>());
   app.routines["Zip_Files"] = Zip_Files;
+  app.panels.add("sisforme", make<sisforme>());
+  app.panels.add("DOLANG", make<DOLANG>());
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
   app.panels.add("Bison", make<Bison>());

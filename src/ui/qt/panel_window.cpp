@@ -670,6 +670,7 @@ void PanelWindow::update(Control& c) {
       auto* grid = static_cast<QTableWidget*>(w);
       size_t columns = 0;
       for (const auto& row : c.cells) columns = std::max(columns, row.size());
+      const bool reshaped = grid->rowCount() != static_cast<int>(c.cells.size()) || grid->columnCount() != static_cast<int>(columns);
       grid->setRowCount(static_cast<int>(c.cells.size()));
       grid->setColumnCount(static_cast<int>(columns));
       // Items are kept and only what differs is set: a click on a long grid
@@ -689,6 +690,7 @@ void PanelWindow::update(Control& c) {
           const QBrush back = color >= 0 ? QBrush(QColor::fromRgb(static_cast<QRgb>(color))) : QBrush();
           if (item->background() != back) item->setBackground(back);
         }
+      if (reshaped) grid->resizeColumnsToContents();  // a folder or a name reads whole
       break;
     }
     case Kind::picture: pictures_[c.name]->show_model(c); break;

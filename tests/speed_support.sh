@@ -1,0 +1,24 @@
+# Timing of a conversion against cp, for the speed checks: source it, then
+# call within_of_cp RATIO OUTPUT CONVERT_COMMAND...
+best() { # the best time in ns of five runs of "$@"
+  b=0
+  for i in 1 2 3 4 5; do
+    t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
+    if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
+  done
+  echo $b
+}
+# Runs the conversion (which writes OUTPUT) and a cp of OUTPUT, best of five
+# each; passes when the conversion takes at most RATIO times the cp.
+within_of_cp() {
+  local ratio=$1 output=$2
+  shift 2
+  local convert_ns cp_ns
+  convert_ns=$(best "$@")
+  copy_once() { rm -f "$output.copy"; cp "$output" "$output.copy"; }
+  cp_ns=$(best copy_once)
+  rm -f "$output.copy"
+  echo "conversion $((convert_ns / 1000000)) ms, cp of $(wc -c <"$output") bytes $((cp_ns / 1000000)) ms"
+  if [ "$convert_ns" -gt $((ratio * cp_ns)) ]; then echo "conversion slower than ${ratio}x cp: 0 passed, 1 failed"; return 1; fi
+  echo "1 passed, 0 failed"
+}
