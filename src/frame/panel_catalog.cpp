@@ -5,6 +5,9 @@
 #include "frame/utility.h"
 #include "importers/abem.h"
 #include "importers/es1225.h"
+#include "radar/dt1.h"
+#include "radar/dzt.h"
+#include "radar/ramac.h"
 
 namespace tf {
 
@@ -20,6 +23,10 @@ void register_all_panels(App& app) {
   app.routines["Zip_Files"] = Zip_Files;
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
+  app.panels.add("DZT", make<DZT>());
+  app.panels.add("DZT2", make<DZT2>());
+  app.panels.add("DT1", make<DT1>());
+  app.panels.add("Radar_F", make<Radar_F>());
 }
 
 }  // namespace tf

@@ -1,0 +1,60 @@
+#include "radar/radar_common.h"
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+
+#include "frame/file_selection.h"
+#include "frame/helpers.h"
+
+namespace tf::radar {
+
+BinaryFile& open_existing(FileTable& files, int number, const std::string& name) {
+  const std::string path = file_system_name(name);
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) throw RunTimeError(err::file_not_found);
+  return files.open(number, path);
+}
+
+bool show_header_text(Panel& panel, const std::string& pane, const std::string& header_name,
+                      const std::string& record_name, const std::string& crlf) {
+  if (File_Exists(header_name)) {
+    std::string text;
+    resume_next([&] { text = read_whole_file(file_system_name(header_name)); });
+    panel.set_text(pane, text);
+    return true;
+  }
+  panel.set_text(pane, " No RAD file available for " + record_name + crlf);
+  return false;
+}
+
+void key_into_number(Platform& platform, const std::string& header_text, const std::string& key, double& value) {
+  // Both texts are made upper case by the search; the pane keeps its own.
+  std::string text = header_text, wanted = key;
+  Value_After_Key(platform, text, wanted, value);
+}
+
+void key_into_field(Panel& panel, Platform& platform, const std::string& header_text, const std::string& key,
+                    const std::string& field) {
+  double value = std::numeric_limits<double>::quiet_NaN();
+  key_into_number(platform, header_text, key, value);
+  if (!std::isnan(value)) panel.set_text(field, field_text(value));
+}
+
+void offer_to_delete(Platform& platform, const std::string& name, const std::string& question) {
+  if (!File_Exists(name)) return;
+  if (message(platform, question, Icon::question, Buttons::yes_no) != Answer::yes) return;
+  std::error_code ec;
+  std::filesystem::remove(file_system_name(name), ec);
+}
+
+void shift_by_time_zero(const std::vector<int16_t>& input, std::vector<float>& output, int time_zero, int64_t last) {
+  const int64_t in_count = static_cast<int64_t>(count_from_one(input));
+  const int64_t out_count = static_cast<int64_t>(count_from_one(output));
+  for (int64_t k = 1; k <= std::min(last, out_count); ++k) {
+    const int64_t from = k + time_zero - 1;
+    if (from >= 1 && from <= in_count) output[static_cast<size_t>(k)] = input[static_cast<size_t>(from)];
+  }
+}
+
+}  // namespace tf::radar

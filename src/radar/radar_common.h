@@ -1,0 +1,62 @@
+// What the radar panels share: the header text beside a record, the
+// time-zero shift of the samples, the overwrite question and the arrays that
+// count from 1.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "frame/conventions.h"
+#include "frame/panel.h"
+
+namespace tf::radar {
+
+// Opens a record for reading only: a missing one is error 53, never a new
+// empty file.
+BinaryFile& open_existing(FileTable& files, int number, const std::string& name);
+
+// The header text of a record (.HD, .rad) into the panel's text pane; true
+// when it was there. A missing header leaves a line saying so and the fields
+// as they stand.
+bool show_header_text(Panel& panel, const std::string& pane, const std::string& header_name,
+                      const std::string& record_name, const std::string& crlf);
+
+// The number behind `key` in the header text into a field. A missing key
+// beeps and leaves the field as it was.
+void key_into_field(Panel& panel, Platform& platform, const std::string& header_text, const std::string& key,
+                    const std::string& field);
+// The same into a number; `value` is left when the key is missing.
+void key_into_number(Platform& platform, const std::string& header_text, const std::string& key, double& value);
+
+// An existing output: the question, and on Yes the file goes. On No it is
+// written over in place and keeps any longer tail.
+void offer_to_delete(Platform& platform, const std::string& name, const std::string& question);
+inline constexpr const char* output_exists_question = "Output file name already exists, kill this file ?";
+
+// An array of 1 .. n (index 0 unused, zero-filled); n below 1 is error 9 and
+// the array keeps its earlier size and values.
+template <typename T>
+void size_from_one(std::vector<T>& values, int64_t n) {
+  if (n < 1) throw RunTimeError(err::subscript);
+  values.assign(static_cast<size_t>(n) + 1, T{});
+}
+// Elements 1 .. n of such an array.
+template <typename T>
+size_t count_from_one(const std::vector<T>& values) {
+  return values.empty() ? 0 : values.size() - 1;
+}
+
+// Where element 1 of such an array lies (the start of an empty one).
+template <typename T>
+T* from_one(std::vector<T>& values) {
+  return values.empty() ? values.data() : values.data() + 1;
+}
+
+// Output sample k = input sample k + time_zero - 1 for k from 1 to `last`,
+// where both arrays hold the index; the other output samples keep their
+// values. A time zero of 0 thus leaves the first sample as it was and the
+// trace one sample late.
+void shift_by_time_zero(const std::vector<int16_t>& input, std::vector<float>& output, int time_zero, int64_t last);
+
+}  // namespace tf::radar
