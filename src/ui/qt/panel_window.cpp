@@ -191,7 +191,11 @@ QWidget* PanelWindow::make(Control& c) {
         t->setMinimumSize(260, 160);
         w = t;
       } else {
-        w = new QLineEdit(this);
+        // Room for a path's end or a number with its sign blank, however
+        // short the buttons of the panel are.
+        auto* line = new QLineEdit(this);
+        line->setMinimumWidth(120);
+        w = line;
       }
       break;
     case Kind::combo: {
@@ -513,7 +517,16 @@ void PanelWindow::update(Control& c) {
           grid->setItem(static_cast<int>(r), static_cast<int>(k), new QTableWidgetItem(q(c.cells[r][k])));
       break;
     }
-    case Kind::picture: break;
+    case Kind::picture: {
+      // Until a drawing is loaded the box shows its caption.
+      auto* picture = static_cast<QLabel*>(w);
+      if (picture->pixmap().isNull()) {
+        picture->setWordWrap(true);
+        picture->setAlignment(Qt::AlignCenter);
+        picture->setText(caption);
+      }
+      break;
+    }
   }
   if (QLabel* l = label(c.name)) {
     l->setText(caption);
