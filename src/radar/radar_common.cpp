@@ -1,5 +1,6 @@
 #include "radar/radar_common.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
@@ -51,10 +52,13 @@ void offer_to_delete(Platform& platform, const std::string& name, const std::str
 void shift_by_time_zero(const std::vector<int16_t>& input, std::vector<float>& output, int time_zero, int64_t last) {
   const int64_t in_count = static_cast<int64_t>(count_from_one(input));
   const int64_t out_count = static_cast<int64_t>(count_from_one(output));
-  for (int64_t k = 1; k <= std::min(last, out_count); ++k) {
-    const int64_t from = k + time_zero - 1;
-    if (from >= 1 && from <= in_count) output[static_cast<size_t>(k)] = input[static_cast<size_t>(from)];
-  }
+  // The k for which both k and k + time_zero - 1 lie inside their arrays.
+  const int64_t shift = int64_t{time_zero} - 1;
+  const int64_t first = std::max<int64_t>(1, 1 - shift);
+  const int64_t end = std::min({last, out_count, in_count - shift});
+  const int16_t* from = input.data();
+  float* to = output.data();
+  for (int64_t k = first; k <= end; ++k) to[k] = from[k + shift];
 }
 
 }  // namespace tf::radar

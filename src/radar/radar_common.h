@@ -9,6 +9,7 @@
 
 #include "frame/conventions.h"
 #include "frame/panel.h"
+#include "su/su_record.h"
 
 namespace tf::radar {
 
@@ -51,6 +52,12 @@ size_t count_from_one(const std::vector<T>& values) {
 template <typename T>
 T* from_one(std::vector<T>& values) {
   return values.empty() ? values.data() : values.data() + 1;
+}
+
+// A radar line is one long run of traces: they go to the file 16 at a time,
+// so that the gathered image stays small and its memory is reused.
+inline void write_out_every_16(su::RecordImage& image, int64_t trace) {
+  if (trace % 16 == 0) resume_next([&] { image.flush(); });
 }
 
 // Output sample k = input sample k + time_zero - 1 for k from 1 to `last`,

@@ -206,6 +206,7 @@ void Radar_F::Convert() {
     image.put(su::word("minute"), date.minute);
     image.put(su::word("d1"), spacing);
     image.put(su::word("d2"), spacing);
+    radar::write_out_every_16(image, i);
   }
   resume_next([&] { image.flush(); });
   resume_next([&] { files.close_all(); });
