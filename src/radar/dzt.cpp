@@ -99,7 +99,7 @@ void DZT::read_header() {
     if (scans_per_second == 0) throw RunTimeError(err::division_by_zero);
     set_text("Text4", field_text(1000.0f / scans_per_second));
   });
-  select_item("Combo1", bits == 16 ? 1 : 0);
+  resume_next([&] { select_item("Combo1", bits == 16 ? 1 : 0); });
   resume_next([&] { files.close_all(); });
   resume_next([&] {
     const int16_t scan_bits = i16_mul(samples, bits);  // 16 bits: 2048 samples of 32 bits overflow
