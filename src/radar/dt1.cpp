@@ -16,7 +16,6 @@ const char* const help_lines[] = {
     " Number of sample per trace is necessary ! ",
     "  ",
 };
-const char* const time_zero_tip = "Enter here the number of samples to remove from each trace";
 
 // Keys of the .HD text (their blanks and equal signs included) and the
 // fields they fill.
@@ -42,7 +41,7 @@ DT1::DT1(App& owner) : Panel(owner, "DT1", "Radar EKKO DT1 to SU") {
   add(Kind::text, "Text7", "Recording time (nS)", " 1920");
   add(Kind::text, "Text8", "Number of channel", " ");
   add(Kind::text, "Text4", "Trace spacing (cm)", ".20").key_filter = "0123456789";
-  add(Kind::text, "Text3", "Time zero at point", "0").tooltip = time_zero_tip;
+  add(Kind::text, "Text3", "Time zero at point", "0").tooltip = radar::time_zero_tip;
   add(Kind::rich_text, "RichTextBox1").multiline = true;
   add(Kind::button, "Command1", "Input file").on_click = [this] { Choix_IP(); };
   // The output dialog opens by the double click on Text2 only.
@@ -53,13 +52,10 @@ DT1::DT1(App& owner) : Panel(owner, "DT1", "Radar EKKO DT1 to SU") {
 }
 
 void DT1::Choix_IP() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "DT1 file selection";
-  dialog.filter = "Record |*.DT1|All files|*.*|";
-  dialog.file_name = "*.dt1";
-  dialog.filter_index = 1;
-  resume_next([&] { state.file_in = platform.file_dialog(dialog); });
+  resume_next([&] {
+    state.file_in = radar::record_dialog(platform, "DT1 file selection", "Record |*.DT1|All files|*.*|", "*.dt1",
+                                         state.data_folder);
+  });
   set_text("Text1", state.file_in);
   resume_next([&] { set_text("Text2", su_name(state.file_in)); });
   state.file_out = text("Text2");
@@ -93,11 +89,7 @@ void DT1::read_header(const std::string& header_text) {
 }
 
 void DT1::Choix_OP() {
-  FileDialogRequest dialog;
-  dialog.title = "SU file selection";
-  dialog.filter = "SU file |*.SU|All files|*.*|";
-  dialog.file_name = "*.SU";
-  resume_next([&] { set_text("Text2", platform.file_dialog(dialog)); });
+  resume_next([&] { set_text("Text2", radar::su_file_dialog(platform)); });
 }
 
 void DT1::info() {
@@ -142,11 +134,7 @@ void DT1::Convert() {
     });
     resume_next([&] { state.trace_pos = i32_mul(i32_add(i32_mul(ns_out, 4), su::header_size), i - 1); });
     image.move_to(state.trace_pos);
-    image.put(su::word("tracl"), i);
-    image.put(su::word("tracr"), i);
-    image.put(su::word("fldr"), 1);
-    image.put(su::word("tracf"), i);
-    image.put(su::word("cdp"), i);
+    radar::put_line_numbers(image, i);
     image.put(su::word("cdpt"), 0);
     image.put(su::word("trid"), 1);
     image.put(su::word("nvs"), 1);

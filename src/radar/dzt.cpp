@@ -64,12 +64,9 @@ void DZT::form_load() {
 }
 
 void DZT::Choix_IP() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "DZT file selection";
-  dialog.filter = "Radar DZT |*.DZT";
-  dialog.filter_index = 1;
-  resume_next([&] { state.file_in = platform.file_dialog(dialog); });
+  resume_next([&] {
+    state.file_in = radar::record_dialog(platform, "DZT file selection", "Radar DZT |*.DZT", "", state.data_folder);
+  });
   set_text("Text1", state.file_in);
   resume_next([&] { set_text("Text2", su_name(state.file_in)); });
   state.file_out = text("Text2");
@@ -124,11 +121,7 @@ void DZT::traces_per_scan_changed() {
 }
 
 void DZT::Choix_OP() {
-  FileDialogRequest dialog;
-  dialog.title = "SU file selection";
-  dialog.filter = "SU file |*.SU|All files|*.*|";
-  dialog.file_name = "*.SU";
-  resume_next([&] { set_text("Text2", platform.file_dialog(dialog)); });
+  resume_next([&] { set_text("Text2", radar::su_file_dialog(platform)); });
   state.file_out = text("Text2");
 }
 

@@ -17,6 +17,25 @@ BinaryFile& open_existing(FileTable& files, int number, const std::string& name)
   return files.open(number, path);
 }
 
+std::string record_dialog(Platform& platform, const std::string& title, const std::string& filter,
+                          const std::string& file_name, const std::string& data_folder) {
+  FileDialogRequest dialog;
+  dialog.initial_dir = data_folder;
+  dialog.title = title;
+  dialog.filter = filter;
+  dialog.file_name = file_name;
+  dialog.filter_index = 1;
+  return platform.file_dialog(dialog);
+}
+
+std::string su_file_dialog(Platform& platform) {
+  FileDialogRequest dialog;
+  dialog.title = "SU file selection";
+  dialog.filter = "SU file |*.SU|All files|*.*|";
+  dialog.file_name = "*.SU";
+  return platform.file_dialog(dialog);
+}
+
 bool show_header_text(Panel& panel, const std::string& pane, const std::string& header_name,
                       const std::string& record_name, const std::string& crlf) {
   if (File_Exists(header_name)) {
@@ -47,6 +66,14 @@ void offer_to_delete(Platform& platform, const std::string& name, const std::str
   if (message(platform, question, Icon::question, Buttons::yes_no) != Answer::yes) return;
   std::error_code ec;
   std::filesystem::remove(file_system_name(name), ec);
+}
+
+void put_line_numbers(su::RecordImage& image, int32_t i) {
+  image.put(su::word("tracl"), i);
+  image.put(su::word("tracr"), i);
+  image.put(su::word("fldr"), 1);
+  image.put(su::word("tracf"), i);
+  image.put(su::word("cdp"), i);
 }
 
 void shift_by_time_zero(const std::vector<int16_t>& input, std::vector<float>& output, int time_zero, int64_t last) {

@@ -17,6 +17,15 @@ namespace tf::radar {
 // empty file.
 BinaryFile& open_existing(FileTable& files, int number, const std::string& name);
 
+// The record dialog of the radar panels: one file, the data folder first,
+// the first filter; a cancel gives back `file_name`.
+std::string record_dialog(Platform& platform, const std::string& title, const std::string& filter,
+                          const std::string& file_name, const std::string& data_folder);
+// The output dialog of the DZT and DT1 panels.
+std::string su_file_dialog(Platform& platform);
+
+inline constexpr const char* time_zero_tip = "Enter here the number of samples to remove from each trace";
+
 // The header text of a record (.HD, .rad) into the panel's text pane; true
 // when it was there. A missing header leaves a line saying so and the fields
 // as they stand.
@@ -59,6 +68,10 @@ T* from_one(std::vector<T>& values) {
 inline void write_out_every_16(su::RecordImage& image, int64_t trace) {
   if (trace % 16 == 0) resume_next([&] { image.flush(); });
 }
+
+// The words that number trace i of a radar line: tracl, tracr, tracf and
+// cdp i, fldr 1 (the whole line is one record).
+void put_line_numbers(su::RecordImage& image, int32_t i);
 
 // Output sample k = input sample k + time_zero - 1 for k from 1 to `last`,
 // where both arrays hold the index; the other output samples keep their

@@ -14,7 +14,6 @@ namespace tf {
 
 namespace {
 const char* const first_channel_tip = "Click here and select the first channel of your record";
-const char* const time_zero_tip = "Enter here the number of samples to remove from each trace";
 const char* const sample_rate_prompt = " Enter the sampling rate (nanoS)";
 const char* const samples_prompt = " Enter the number of sample per trace";
 
@@ -65,21 +64,18 @@ Radar_F::Radar_F(App& owner) : Panel(owner, "Radar_F", "RAMAC  file conversion")
   add(Kind::text, "Text4", "Sample rate (NanoS)", " 4");
   add(Kind::text, "Text7", "Recording time (ns)", " 1920");
   add(Kind::text, "Text3", "Trace spacing", ".20");
-  add(Kind::text, "Text8", "Time zero at point", "0").tooltip = time_zero_tip;
+  add(Kind::text, "Text8", "Time zero at point", "0").tooltip = radar::time_zero_tip;
   add(Kind::rich_text, "RichTextBox1").multiline = true;
   add(Kind::button, "Command1", "Convert").on_click = [this] { Convert(); };
   add(Kind::progress, "ProgressBar1");
 }
 
 void Radar_F::Lit_RAMAC() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "File selection";
-  dialog.filter = "Radar files|*.rd3|All files|*.*|";
-  dialog.file_name = "*.rd3";
-  dialog.filter_index = 1;
   std::string chosen;
-  resume_next([&] { chosen = platform.file_dialog(dialog); });
+  resume_next([&] {
+    chosen = radar::record_dialog(platform, "File selection", "Radar files|*.rd3|All files|*.*|", "*.rd3",
+                                  state.data_folder);
+  });
   set_text("Text1", chosen);
   state.file_in = chosen;
   // The folder is what stands before the file title the dialog reports.
@@ -176,12 +172,8 @@ void Radar_F::Convert() {
     });
     resume_next([&] { state.trace_pos = i32_mul(i16_add(i16_mul(ns_out, 4), su::header_size), i - 1); });
     image.move_to(state.trace_pos);
-    image.put(su::word("tracl"), i);
-    image.put(su::word("tracr"), i);
-    image.put(su::word("fldr"), 1);
-    image.put(su::word("tracf"), i);
+    radar::put_line_numbers(image, i);
     image.put(su::word("ep"), position);
-    image.put(su::word("cdp"), i);
     image.put(su::word("cdpt"), i);
     image.put(su::word("trid"), 1);
     image.put(su::word("nvs"), 0);
