@@ -171,8 +171,8 @@ void DZT::Convert() {
   const float spacing = static_cast<float>(leading_number(text("Text6")));
   int32_t in_pos = 0;
   su::RecordImage image(files, 2);
-  for (int32_t i = 1; i <= traces; ++i) {
-    set_progress("ProgressBar1", i);
+  for (int64_t i = 1; i <= traces; ++i) {
+    set_progress("ProgressBar1", static_cast<int>(i));
     // Past 8131 samples the 16-bit sizes overflow: the positions stay where
     // they were and the trace lands on the one before.
     resume_next([&] { in_pos = i32_add(first_scan, i32_mul(i - 1, i16_mul(i16_mul(samples, 2), code))); });

@@ -155,7 +155,7 @@ void Radar_F::Convert() {
   resume_next([&] { radar::open_existing(files, 1, state.file_in); });
 
   su::RecordImage image(files, 2);
-  for (int16_t i = 1; i <= traces; ++i) {
+  for (int32_t i = 1; i <= traces; ++i) {
     set_progress("ProgressBar1", i);
     int32_t position = 0;  // P: a whole number, spacings under 0.5 leave the first traces at 0
     resume_next([&] { position = to_i32((i - 1) * spacing); });
