@@ -8,6 +8,7 @@
 #include <ctime>
 #include <filesystem>
 
+#include "radar/ramac.h"
 #include "script_transcript.h"
 #include "test_support.h"
 
@@ -509,6 +510,63 @@ TEST(Ramac, BadNamesAndRecords) {
   EXPECT_EQ(texts_in(bad.dump("Radar_F"), {"Text2", "Text6"}), (Texts{"0", "3"}));
   EXPECT_EQ(read_bytes(dir.file("G.rd3")), (std::vector<uint8_t>{1, 2, 3}));
   EXPECT_FALSE(bad.has({"runtime-error"}));
+}
+
+// The date words take fixed places of the short date, whatever the locale
+// puts there: month first gives a rough day of the year, day first does not.
+TEST(Ramac, DateWordsFromFixedPlaces) {
+  const struct {
+    const char *date, *time;
+    int16_t year, day, hour, minute;
+  } cases[] = {
+      {"11/23/26", "14:05", 26, 323, 14, 5},
+      {"23/11/2026", "09:07", 26, 671, 9, 7},
+      {"01/01/00", "00:00", 0, 1, 0, 0},
+      {"", "", 0, -30, 0, 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.date);
+    const RecordDate d = record_date(c.date, c.time);
+    EXPECT_EQ((std::vector<int>{d.year, d.day, d.hour, d.minute}), (std::vector<int>{c.year, c.day, c.hour, c.minute}));
+  }
+}
+
+// DT1 and RAMAC ask before they delete an existing output: Yes gives a fresh
+// file; No writes over the old one, which keeps its longer tail and, in each
+// trace, the bytes no word writes: ep in DT1, f1 and 192 to 239 in RAMAC.
+TEST(Radar, ExistingOutputQuestion) {
+  TempDir dir;
+  const auto dt1 = dt1_file(2, 4);
+  write_bytes(dir.file("Q.DT1"), dt1);
+  write_text(dir.file("Q.HD"), hd_text(2, 4, "1", "8", 0, 0));
+  const auto rd3 = rd3_file(2, 4);
+  write_bytes(dir.file("Q.rd3"), rd3);
+  const std::vector<uint8_t> old(2000, 0x33);
+  using Ranges = std::vector<std::pair<size_t, size_t>>;
+  const struct {
+    std::string script;
+    std::vector<uint8_t> fresh;
+    size_t record;
+    Ranges unwritten;
+  } runs[] = {
+      {dt1_select(dir.file("Q.DT1")) + "click DT1.Command3\n", dt1_expected(dt1, {2, 4, 1, 2000, 0.0}), 252, {{16, 20}}},
+      {ramac_select(dir.file("Q.rd3")) + "set Radar_F.Text2 \"2\"\nset Radar_F.Text6 \"4\"\nclick Radar_F.Command1\n",
+       ramac_expected(rd3, {2, 4, 0, 4000, 0.2}, modified(dir.file("Q.rd3"))), 256, {{184, 188}, {192, 240}}},
+  };
+  for (const auto& r : runs)
+    for (const char* reply : {"yes", "no"}) {
+      SCOPED_TRACE(r.script + reply);
+      write_bytes(dir.file("Q.SU"), old);
+      auto result = run("reply " + std::string(reply) + "\n" + r.script);
+      EXPECT_TRUE(result.has({box_line("Output file name already exists, kill this file ?", "question", "yesno", reply)}));
+      auto expected = r.fresh;
+      if (std::string(reply) == "no") {
+        for (size_t pos = 0; pos + r.record <= expected.size(); pos += r.record)
+          for (auto [from, to] : r.unwritten) std::fill(expected.begin() + pos + from, expected.begin() + pos + to, 0x33);
+        expected.insert(expected.end(), old.begin() + static_cast<std::ptrdiff_t>(expected.size()), old.end());
+      }
+      EXPECT_EQ(read_bytes(dir.file("Q.SU")), expected);
+    }
 }
 
 // The help boxes, the guide's two steps and the main panel's radar options.
