@@ -375,6 +375,12 @@ TEST(Dt1, BadRecordsAndHeaders) {
     EXPECT_EQ(dt1_fields(bad), h.fields);
     EXPECT_EQ(bad.with({"\"event\":\"beep\""}).size(), static_cast<size_t>(h.beeps));
   }
+  // A sample count no radar writes cannot size the arrays: nothing is read
+  // and the traces are written without samples.
+  auto huge = run(dt1_select(dir.file("T.DT1")) + "set DT1.Text6 \"2000000000\"\nset DT1.Text8 \"1\"\n"
+                  "set DT1.Text2 \"" + dir.file("H.SU") + "\"\nclick DT1.Command3\n");
+  EXPECT_TRUE(huge.has({box_line("OK, Conversion done")}));
+  EXPECT_EQ(read_bytes(dir.file("H.SU")).size(), 256u);
   auto negative = run(dt1_select(dir.file("T.DT1")) + "set DT1.Text6 \"-100\"\nset DT1.Text8 \"5\"\nclick DT1.Command3\n");
   EXPECT_TRUE(negative.has({box_line("Verify your parameters...", "stop")}));
   EXPECT_EQ(read_bytes(dir.file("T.DT1")), in);

@@ -1,6 +1,7 @@
 #include "radar/dzt.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "frame/file_selection.h"
 #include "frame/helpers.h"
@@ -37,6 +38,18 @@ constexpr int first_scan = 1024;
 // The sample width: item "8" is code 1 and 2-byte samples, item "16" code 2
 // and 4-byte samples. The labels are the bits of a file divided by 4.
 int16_t width_code(const std::string& combo_text) { return combo_text == "8" ? 1 : 2; }
+
+float finite_single(float value) {
+  if (!std::isfinite(value)) throw RunTimeError(err::overflow);
+  return value;
+}
+
+// A single-precision quotient: a zero divisor is error 11, a result past the
+// range of a single (a garbled rate) error 6.
+float single_quotient(float dividend, float divisor) {
+  if (divisor == 0) throw RunTimeError(err::division_by_zero);
+  return finite_single(dividend / divisor);
+}
 }  // namespace
 
 DZT::DZT(App& owner) : Panel(owner, "DZT", "GSSI Radar DZT to SU") {
@@ -88,14 +101,8 @@ void DZT::read_header() {
     in.read_value(channels_at, channels);
   });
   set_text("Text3", field_text(samples));
-  resume_next([&] {
-    if (scans_per_metre == 0) throw RunTimeError(err::division_by_zero);
-    set_text("Text6", field_text(1.0f / scans_per_metre * 100.0f));
-  });
-  resume_next([&] {
-    if (scans_per_second == 0) throw RunTimeError(err::division_by_zero);
-    set_text("Text4", field_text(1000.0f / scans_per_second));
-  });
+  resume_next([&] { set_text("Text6", field_text(finite_single(single_quotient(1.0f, scans_per_metre) * 100.0f))); });
+  resume_next([&] { set_text("Text4", field_text(single_quotient(1000.0f, scans_per_second))); });
   resume_next([&] { select_item("Combo1", bits == 16 ? 1 : 0); });
   resume_next([&] { files.close_all(); });
   resume_next([&] {

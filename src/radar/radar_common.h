@@ -44,11 +44,14 @@ void key_into_number(Platform& platform, const std::string& header_text, const s
 void offer_to_delete(Platform& platform, const std::string& name, const std::string& question);
 inline constexpr const char* output_exists_question = "Output file name already exists, kill this file ?";
 
-// An array of 1 .. n (index 0 unused, zero-filled); n below 1 is error 9 and
-// the array keeps its earlier size and values.
+// An array of 1 .. n (index 0 unused, zero-filled); n below 1 is error 9,
+// a trace longer than any radar writes (a garbled header) error 7, and the
+// array then keeps its earlier size and values.
+inline constexpr int64_t most_samples = int64_t{1} << 24;
 template <typename T>
 void size_from_one(std::vector<T>& values, int64_t n) {
   if (n < 1) throw RunTimeError(err::subscript);
+  if (n > most_samples) throw RunTimeError(err::out_of_memory);
   values.assign(static_cast<size_t>(n) + 1, T{});
 }
 // Elements 1 .. n of such an array.
