@@ -516,6 +516,11 @@ TEST(Ramac, BadNamesAndRecords) {
   EXPECT_EQ(texts_in(bad.dump("Radar_F"), {"Text2", "Text6"}), (Texts{"0", "3"}));
   EXPECT_EQ(read_bytes(dir.file("G.rd3")), (std::vector<uint8_t>{1, 2, 3}));
   EXPECT_FALSE(bad.has({"runtime-error"}));
+  // A record that is gone: no date, no samples, and no empty record made.
+  auto gone = run("show Radar_F\nset Radar_F.Text1 \"" + dir.file("gone.rd3") +
+                  "\"\nset Radar_F.Text2 \"1\"\nset Radar_F.Text6 \"4\"\nclick Radar_F.Command1\n");
+  EXPECT_TRUE(gone.has({box_line("OK Conversion done " + dir.file("gone.SU") + "   256")}));
+  EXPECT_FALSE(fs::exists(dir.file("gone.rd3")));
 }
 
 // The date words take fixed places of the short date, whatever the locale

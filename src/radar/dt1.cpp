@@ -60,7 +60,7 @@ void DT1::Choix_IP() {
   resume_next([&] { set_text("Text2", su_name(state.file_in)); });
   state.file_out = text("Text2");
   std::string header_name;
-  resume_next([&] { header_name = state.file_in.substr(0, state.file_in.size() - 3) + "HD"; });
+  resume_next([&] { header_name = radar::beside(state.file_in, "HD"); });
   if (radar::show_header_text(*this, "RichTextBox1", header_name, state.file_in, state.crlf))
     read_header(text("RichTextBox1"));
 }

@@ -36,6 +36,11 @@ std::string su_file_dialog(Platform& platform) {
   return platform.file_dialog(dialog);
 }
 
+std::string beside(const std::string& name, const std::string& ending) {
+  if (name.size() < 3) throw RunTimeError(err::invalid_call);
+  return name.substr(0, name.size() - 3) + ending;
+}
+
 bool show_header_text(Panel& panel, const std::string& pane, const std::string& header_name,
                       const std::string& record_name, const std::string& crlf) {
   if (File_Exists(header_name)) {

@@ -26,6 +26,10 @@ std::string su_file_dialog(Platform& platform);
 
 inline constexpr const char* time_zero_tip = "Enter here the number of samples to remove from each trace";
 
+// A name less its last three characters, plus `ending` (the header beside a
+// record); a name shorter than three characters is error 5.
+std::string beside(const std::string& name, const std::string& ending);
+
 // The header text of a record (.HD, .rad) into the panel's text pane; true
 // when it was there. A missing header leaves a line saying so and the fields
 // as they stand.

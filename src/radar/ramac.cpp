@@ -25,7 +25,9 @@ constexpr int proposed_trace_bytes = 1024;
 
 // The modification time of a file as the short date and "hh:mm" texts.
 std::pair<std::string, std::string> modified_texts(const std::string& path) {
-  const auto written = std::filesystem::last_write_time(file_system_name(path));
+  std::error_code ec;
+  const auto written = std::filesystem::last_write_time(file_system_name(path), ec);
+  if (ec) throw RunTimeError(err::file_not_found);
   const std::time_t t = std::chrono::system_clock::to_time_t(std::chrono::file_clock::to_sys(written));
   std::tm local{};
 #ifdef _WIN32
@@ -89,7 +91,7 @@ void Radar_F::Lit_RAMAC() {
     set_text("Text2", number_text(static_cast<double>(file_length(file_system_name(chosen))) / proposed_trace_bytes));
   });
   std::string header_name;
-  resume_next([&] { header_name = chosen.substr(0, chosen.size() - 3) + "rad"; });
+  resume_next([&] { header_name = radar::beside(chosen, "rad"); });
   if (radar::show_header_text(*this, "RichTextBox1", header_name, state.file_in, state.crlf))
     read_header(text("RichTextBox1"));
 }
