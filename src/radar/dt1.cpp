@@ -151,7 +151,7 @@ void DT1::Convert() {
     image.put(su::word("mark"), 0);
     image.put_i16(su::word("mark").offset + 1, 0);  // one byte further, overlapping mark
     radar::shift_by_time_zero(state.i2_trace, state.r4_trace, time_zero, ns);
-    image.put_block(su::header_size, radar::from_one(state.r4_trace), radar::count_from_one(state.r4_trace));
+    radar::put_samples(image, state.r4_trace);
     radar::write_out_every_16(image, i);
   }
   resume_next([&] { image.flush(); });

@@ -217,7 +217,7 @@ void DZT::Convert() {
     };
     if (code == 1) convert(state.i2_trace);
     else convert(state.i4_trace);
-    image.put_block(su::header_size, radar::from_one(out), radar::count_from_one(out));
+    radar::put_samples(image, out);
     radar::write_out_every_16(image, i);
   }
   resume_next([&] { image.flush(); });

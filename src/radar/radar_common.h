@@ -70,6 +70,12 @@ T* from_one(std::vector<T>& values) {
   return values.empty() ? values.data() : values.data() + 1;
 }
 
+// Samples 1 .. n of a trace behind its header (nothing for an array never
+// sized).
+inline void put_samples(su::RecordImage& image, std::vector<float>& samples) {
+  if (!samples.empty()) image.put_block(su::header_size, from_one(samples), count_from_one(samples));
+}
+
 // A radar line is one long run of traces: they go to the file 16 at a time,
 // so that the gathered image stays small and its memory is reused.
 inline void write_out_every_16(su::RecordImage& image, int64_t trace) {

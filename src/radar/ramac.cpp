@@ -170,7 +170,7 @@ void Radar_F::Convert() {
     resume_next([&] {
       const int32_t at = i32_mul(i16_add(i16_mul(ns_out, 4), su::header_size), i - 1);
       image.move_to(at);
-      image.put_block(su::header_size, radar::from_one(state.r4_trace), radar::count_from_one(state.r4_trace));
+      radar::put_samples(image, state.r4_trace);
     });
     resume_next([&] { state.trace_pos = i32_mul(i16_add(i16_mul(ns_out, 4), su::header_size), i - 1); });
     image.move_to(state.trace_pos);
