@@ -503,6 +503,22 @@ TEST(Ramac, RateAndSampleBoxes) {
   EXPECT_EQ(read_bytes(dir.file("S.SU")), ramac_expected(in, {2, 4, 0, 8000, 0.2}, modified(dir.file("S.rd3"))));
 }
 
+// Past 8131 samples the 16-bit record size overflows: the samples are not
+// written and every header lands at 0, where the last one stays; the header
+// ends at d2, so the file is 192 bytes long.
+TEST(Ramac, LongTracesOverflowTheRecordSize) {
+  TempDir dir;
+  const auto in = rd3_file(2, 8200);
+  write_bytes(dir.file("L.rd3"), in);
+  auto r = run(ramac_select(dir.file("L.rd3")) + "set Radar_F.Text2 \"2\"\nset Radar_F.Text6 \"8200\"\n"
+               "click Radar_F.Command1\n");
+  EXPECT_TRUE(r.has({box_line("OK Conversion done " + dir.file("L.SU") + "   192")}));
+  auto second = ramac_expected(in, {2, 8200, 0, 4000, 0.2}, modified(dir.file("L.rd3")));
+  second.erase(second.begin(), second.begin() + 240 + 4 * 8200);
+  second.resize(192);
+  EXPECT_EQ(read_bytes(dir.file("L.SU")), second);
+}
+
 // A name under 3 characters fails in the change event and leaves Text5; a
 // missing or garbled record converts what can be read without a crash.
 TEST(Ramac, BadNamesAndRecords) {
