@@ -455,6 +455,13 @@ std::vector<uint8_t> rd3_file(int traces, int samples) {
   return f;
 }
 
+// The same written as `path`.
+std::vector<uint8_t> write_rd3(const std::string& path, int traces, int samples) {
+  auto bytes = rd3_file(traces, samples);
+  write_bytes(path, bytes);
+  return bytes;
+}
+
 // The public pair: the .rad keys in order, dt from the 0.1 ns interval, a
 // spacing of 0 puts every position at 0; the box gives the output's length.
 TEST(Ramac, PublicSampleConvertsByteExact) {
@@ -476,8 +483,7 @@ TEST(Ramac, PublicSampleConvertsByteExact) {
 // T gives samples - T; positions are whole numbers, halves to even.
 TEST(Ramac, ProposalsTimeZeroAndPositions) {
   TempDir dir;
-  const auto in = rd3_file(6, 10);
-  write_bytes(dir.file("R.rd3"), in);
+  const auto in = write_rd3(dir.file("R.rd3"), 6, 10);
   auto none = run(ramac_select(dir.file("R.rd3")) + "dump Radar_F\n");
   EXPECT_EQ(ramac_fields(none), (Texts{dir.file("R.SU"), " .1171875", "512", " 4", " 1920", ".20", "0"}));
   expect_in(none.dump("Radar_F"), {json(" No RAD file available for " + dir.file("R.rd3") + "\r\n")});
@@ -493,8 +499,7 @@ TEST(Ramac, ProposalsTimeZeroAndPositions) {
 // fits 16 bits, and Text4 shows dt. A sample count of 0 asks too.
 TEST(Ramac, RateAndSampleBoxes) {
   TempDir dir;
-  const auto in = rd3_file(2, 4);
-  write_bytes(dir.file("S.rd3"), in);
+  const auto in = write_rd3(dir.file("S.rd3"), 2, 4);
   auto r = run(ramac_select(dir.file("S.rd3")) + "set Radar_F.Text4 \"40\"\nset Radar_F.Text2 \"2\"\n"
                "set Radar_F.Text6 \"0\"\ninput \"50\"\ninput \"8\"\ninput \"4\"\nclick Radar_F.Command1\ndump Radar_F\n");
   EXPECT_EQ(r.with({"\"prompt\":\" Enter the sampling rate (nanoS)\",\"title\":\"Tracefold 1.0\",\"default\":\"0\""}).size(), 2u);
@@ -508,8 +513,7 @@ TEST(Ramac, RateAndSampleBoxes) {
 // ends at d2, so the file is 192 bytes long.
 TEST(Ramac, LongTracesOverflowTheRecordSize) {
   TempDir dir;
-  const auto in = rd3_file(2, 8200);
-  write_bytes(dir.file("L.rd3"), in);
+  const auto in = write_rd3(dir.file("L.rd3"), 2, 8200);
   auto r = run(ramac_select(dir.file("L.rd3")) + "set Radar_F.Text2 \"2\"\nset Radar_F.Text6 \"8200\"\n"
                "click Radar_F.Command1\n");
   EXPECT_TRUE(r.has({box_line("OK Conversion done " + dir.file("L.SU") + "   192")}));
