@@ -190,6 +190,21 @@ TEST(Dzt, LongScansOverflowToOnePlace) {
   EXPECT_EQ(read_bytes(dir.file("c.SU")), expected);
 }
 
+// A trace count past what 32-bit places reach ends the job at 2 GB of
+// output, not after billions of turns over the last place. It writes those
+// 2 GB: run it by hand with --gtest_also_run_disabled_tests.
+TEST(Dzt, DISABLED_AbsurdTraceCountEndsAtTheLastPlace) {
+  TempDir dir;
+  const auto in = dzt_file(8131, 8, 100, 50, 1, 1024, 1, 2);
+  write_bytes(dir.file("d.DZT"), in);
+  auto r = run(dzt_select(dir.file("d.DZT")) + "set DZT.Text5 \"2147483647\"\nset DZT.Text2 \"" + dir.file("d.SU") +
+               "\"\nclick DZT.Command3\n");
+  EXPECT_TRUE(r.has({"Conversion OK!"}));
+  const int64_t record = 240 + 4 * 8131;
+  EXPECT_EQ(static_cast<int64_t>(fs::file_size(dir.file("d.SU"))), (int64_t{INT32_MAX} / record + 1) * record);
+  fs::remove(dir.file("d.SU"));
+}
+
 // Missing, empty, short and garbled files: the fields take what can be read,
 // nothing crashes, and the input is not touched.
 TEST(Dzt, BadFilesNeverCrash) {

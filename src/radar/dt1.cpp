@@ -123,6 +123,7 @@ void DT1::Convert() {
   const double spacing = leading_number(text("Text4"));
   su::RecordImage image(files, 2);
   for (int32_t i = 1; i <= state.nb_channels; ++i) {
+    if (radar::past_last_place(i - 1, int64_t{ns_out} * 4 + su::header_size)) break;
     resume_next([&] { set_progress("ProgressBar1", i); });
     resume_next([&] { state.trace_pos = i32_add(i32_mul(i32_mul(ns, 2), i - 1), i32_mul(i, trace_header)); });
     if (state.trace_pos < 0) {

@@ -178,7 +178,10 @@ void DZT::Convert() {
   const float spacing = static_cast<float>(leading_number(text("Text6")));
   int32_t in_pos = 0;
   su::RecordImage image(files, 2);
+  // A record over 16 bits has no size: every trace goes to the same place.
+  const int64_t record = int64_t{samples} * 4 + su::header_size;
   for (int64_t i = 1; i <= traces; ++i) {
+    if (record <= INT16_MAX && radar::past_last_place(i - 1, record)) break;
     set_progress("ProgressBar1", static_cast<int>(i));
     // Past 8131 samples the 16-bit sizes overflow: the positions stay where
     // they were and the trace lands on the one before.

@@ -3,6 +3,7 @@
 // count from 1.
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -68,6 +69,14 @@ size_t count_from_one(const std::vector<T>& values) {
 template <typename T>
 T* from_one(std::vector<T>& values) {
   return values.empty() ? values.data() : values.data() + 1;
+}
+
+// Output places are 32-bit numbers: once trace `index` (from 0) of
+// `record_bytes` lies past 2 GB, no later trace has a place either. The job
+// ends there rather than turn over the last place for every trace left of an
+// absurd count.
+inline bool past_last_place(int64_t index, int64_t record_bytes) {
+  return index * record_bytes > int64_t{INT32_MAX};
 }
 
 // Samples 1 .. n of a trace behind its header (nothing for an array never
