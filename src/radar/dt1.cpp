@@ -74,7 +74,7 @@ void DT1::read_header(const std::string& header_text) {
   resume_next([&] {
     const double samples = leading_number(text("Text6"));
     if (samples == 0) throw RunTimeError(err::division_by_zero);
-    set_text("Text5", field_text(leading_number(text("Text7")) / samples));
+    set_text("Text5", field_text(radar::finite(leading_number(text("Text7")) / samples)));
   });
   double start = 0, final = 0, spacing = 0;
   radar::key_into_number(platform, header_text, start_key, start);

@@ -39,16 +39,11 @@ constexpr int first_scan = 1024;
 // and 4-byte samples. The labels are the bits of a file divided by 4.
 int16_t width_code(const std::string& combo_text) { return combo_text == "8" ? 1 : 2; }
 
-float finite_single(float value) {
-  if (!std::isfinite(value)) throw RunTimeError(err::overflow);
-  return value;
-}
-
 // A single-precision quotient: a zero divisor is error 11, a result past the
 // range of a single (a garbled rate) error 6.
 float single_quotient(float dividend, float divisor) {
   if (divisor == 0) throw RunTimeError(err::division_by_zero);
-  return finite_single(dividend / divisor);
+  return radar::finite(dividend / divisor);
 }
 }  // namespace
 
@@ -101,7 +96,7 @@ void DZT::read_header() {
     in.read_value(channels_at, channels);
   });
   set_text("Text3", field_text(samples));
-  resume_next([&] { set_text("Text6", field_text(finite_single(single_quotient(1.0f, scans_per_metre) * 100.0f))); });
+  resume_next([&] { set_text("Text6", field_text(radar::finite(single_quotient(1.0f, scans_per_metre) * 100.0f))); });
   resume_next([&] { set_text("Text4", field_text(single_quotient(1000.0f, scans_per_second))); });
   resume_next([&] { select_item("Combo1", bits == 16 ? 1 : 0); });
   resume_next([&] { files.close_all(); });
@@ -110,9 +105,9 @@ void DZT::read_header() {
     const double scan_bytes = scan_bits / 4.0;
     if (scan_bytes == 0) throw RunTimeError(err::division_by_zero);
     const double length = static_cast<double>(file_length(file_system_name(state.file_in)));
-    set_text("Text5", field_text(round_half_even((length - first_scan) / scan_bytes)));
+    set_text("Text5", field_text(radar::finite(round_half_even((length - first_scan) / scan_bytes))));
   });
-  set_text("Text7", field_text(leading_number(text("Text4")) * samples / 1000));
+  resume_next([&] { set_text("Text7", field_text(radar::finite(leading_number(text("Text4")) * samples / 1000))); });
   set_text("Text9", field_text(data_start));
   set_text("Text8", field_text(channels));
 }
@@ -122,9 +117,9 @@ void DZT::traces_per_scan_changed() {
   const double per_scan = leading_number(text("Text8"));
   resume_next([&] {
     if (per_scan == 0) throw RunTimeError(err::division_by_zero);
-    set_text("Text3", field_text(leading_number(text("Text3")) / per_scan));
+    set_text("Text3", field_text(radar::finite(leading_number(text("Text3")) / per_scan)));
   });
-  set_text("Text5", field_text(leading_number(text("Text5")) * per_scan));
+  resume_next([&] { set_text("Text5", field_text(radar::finite(leading_number(text("Text5")) * per_scan))); });
 }
 
 void DZT::Choix_OP() {

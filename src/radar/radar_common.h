@@ -4,6 +4,7 @@
 #pragma once
 
 #include <climits>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -48,6 +49,15 @@ void key_into_number(Platform& platform, const std::string& header_text, const s
 // written over in place and keeps any longer tail.
 void offer_to_delete(Platform& platform, const std::string& name, const std::string& question);
 inline constexpr const char* output_exists_question = "Output file name already exists, kill this file ?";
+
+// A computed field value: past the range of its type it is the overflow
+// error (6), as the platform's arithmetic raises it, and the field keeps its
+// text.
+template <typename T>
+T finite(T value) {
+  if (!std::isfinite(value)) throw RunTimeError(err::overflow);
+  return value;
+}
 
 // An array of 1 .. n (index 0 unused, zero-filled); n below 1 is error 9,
 // a trace longer than any radar writes (a garbled header) error 7, and the

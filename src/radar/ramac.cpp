@@ -107,7 +107,7 @@ void Radar_F::read_header(const std::string& header_text) {
     resume_next([&] {
       const double samples = leading_number(text("Text6"));
       if (samples == 0) throw RunTimeError(err::division_by_zero);
-      set_text("Text4", field_text(leading_number(text("Text7")) / samples));
+      set_text("Text4", field_text(radar::finite(leading_number(text("Text7")) / samples)));
     });
   radar::key_into_field(*this, platform, header_text, "DISTANCE INTERVAL:", "Text3");
 }
