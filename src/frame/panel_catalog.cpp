@@ -33,6 +33,9 @@
 #include "operations/substract.h"
 #include "importers/dolang.h"
 #include "importers/sisforme.h"
+#include "radar/dt1.h"
+#include "radar/dzt.h"
+#include "radar/ramac.h"
 
 namespace tf {
 
@@ -80,6 +83,10 @@ void register_all_panels(App& app) {
   app.panels.add("spliter", make<spliter>());
   app.routines["SU_Compress"] = SU_Compress;
   app.routines["SU_Uncompress"] = SU_Uncompress;
+  app.panels.add("DZT", make<DZT>());
+  app.panels.add("DZT2", make<DZT2>());
+  app.panels.add("DT1", make<DT1>());
+  app.panels.add("Radar_F", make<Radar_F>());
 }
 
 }  // namespace tf

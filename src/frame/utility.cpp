@@ -97,7 +97,7 @@ struct OptionRow {
   enum Action { show, routine, program, s2conv, ascii_question } action;
 };
 
-constexpr std::array<OptionRow, 28> lance_options{{
+constexpr std::array<OptionRow, 29> lance_options{{
     {"Option1", "Frame1", "SEG-2 to Seismic Unix", same, "", "", OptionRow::s2conv},
     {"Option2", "Frame1", "SEG-Y to Seismic Unix", same, "SEGY2SU", "SEGY", OptionRow::show},
     {"Option3", "Frame1", "KGS integer to Seismic Unix", same, "KGSI2SU", "Convert", OptionRow::show},
@@ -128,6 +128,9 @@ constexpr std::array<OptionRow, 28> lance_options{{
     // The captions of these two are crossed with their actions on purpose.
     {"Option32", "Frame2", "SU to Time / CD P/ Amplitude text file", same, "", "Add_SU_files", OptionRow::show},
     {"Option33", "Frame2", "Add SU files", same, "", "Convert_2_X_Y_Z", OptionRow::routine},
+    // The DZT panel that reads the radar file itself, beside the ASCII road
+    // of Option17.
+    {"Option35", "Frame3", "GSSI DZT direct to SU", same, "", "DZT", OptionRow::show},
 }};
 
 // Options of the viewer frame with a click handler of their own.
@@ -151,7 +154,7 @@ const std::vector<std::string> frame1_unbold{"Option1",  "Option2",  "Option3", 
                                              "Option25", "Option29", "Option31"};
 const std::vector<std::string> frame2_unbold{"Option8",  "Option11", "Option15", "Option20",
                                              "Option24", "Option32", "Option33"};
-const std::vector<std::string> frame3_unbold{"Option12", "Option17", "Option18"};
+const std::vector<std::string> frame3_unbold{"Option12", "Option17", "Option18", "Option35"};
 const std::vector<std::string> frame4_unbold{"Option26", "Option27", "Option28", "Option30"};
 const std::vector<std::string> tab_unbold{
     "Command1",  "Command2",   "Command3",   "Command4",   "Command5",   "Command6",   "Command7",   "Command9",

@@ -270,7 +270,11 @@ QWidget* PanelWindow::make(Control& c) {
         t->setMinimumSize(260, 160);
         w = t;
       } else {
-        w = new QLineEdit(this);
+        // Room for a path's end or a number with its sign blank, however
+        // short the buttons of the panel are.
+        auto* line = new QLineEdit(this);
+        line->setMinimumWidth(120);
+        w = line;
       }
       break;
     case Kind::combo: {

@@ -25,6 +25,7 @@ void PictureView::show_model(const Control& c) {
       updateGeometry();
     }
   }
+  caption_ = QString::fromStdString(c.caption);
   left_ = c.scale_left, top_ = c.scale_top, width_ = c.scale_width, height_ = c.scale_height;
   lines_ = c.lines;
   update();
@@ -46,6 +47,9 @@ void PictureView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), palette().base());
   if (!pixmap_.isNull()) painter.drawPixmap(0, 0, pixmap_);
+  // Until a drawing is loaded the box shows its caption.
+  if (pixmap_.isNull() && lines_.empty() && !caption_.isEmpty())
+    painter.drawText(rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap, caption_);
   painter.setRenderHint(QPainter::Antialiasing);
   for (const auto& l : lines_) {
     painter.setPen(QPen(qt_color(l.color), std::max(1, l.width)));

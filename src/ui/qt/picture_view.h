@@ -29,6 +29,7 @@ class PictureView : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
 
  private:
+  QString caption_;
   std::string file_;
   QPixmap pixmap_;
   double left_ = 0, top_ = 0, width_ = 0, height_ = 0;
