@@ -19,7 +19,7 @@ set sisforme.Text8 "240"
 set sisforme.Text2 "$work/line.su"
 click sisforme.Command1
 SCRIPT
-source "$(dirname "$0")/../tests/speed_support.sh"
+source "$(dirname "$0")/speed_support.sh"
 convert() { rm -f "$work/line.su"; "$run" "$work/line.tfs"; }
 convert | grep -q '"OK, Conversion done"' || { echo "the conversion did not finish: 0 passed, 1 failed"; exit 1; }
 within_of_cp 2 "$work/line.su" convert

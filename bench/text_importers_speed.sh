@@ -9,7 +9,7 @@ set -eu
 run=$1 make=$2
 work=$(mktemp -d /tmp/tracefold-text-speed-XXXXXX)
 trap 'rm -rf "$work"' EXIT
-source "$(dirname "$0")/best_time.sh"
+source "$(dirname "$0")/speed_support.sh"
 failed=0 passed=0
 check() { # NAME TIME_NS LIMIT_NS
   if [ "$2" -gt "$3" ]; then echo "$1: too slow"; failed=$((failed + 1)); else passed=$((passed + 1)); fi

@@ -23,14 +23,8 @@ with open(path, 'wb') as f:
         f.write(bytes(h) + samples)
 PY
 }
-best() { # the best time in ns of three runs of "$@"
-  b=0
-  for i in 1 2 3; do
-    t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
-    if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
-  done
-  echo $b
-}
+RUNS=3
+source "$(dirname "$0")/../bench/speed_support.sh"
 failed=0 passed=0
 check() { # NAME TIME_NS CP_NS FACTOR
   echo "$1 $(($2 / 1000000)) ms, cp $(($3 / 1000000)) ms"

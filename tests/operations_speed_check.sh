@@ -20,14 +20,8 @@ for name, seed in (("a", 1), ("b", 2), ("c", 3)):
             struct.pack_into("<hh", header, 114, 1000, 500)
             f.write(header + samples)
 PY
-best() { # the best time in ns of three runs of "$@"
-  b=0
-  for i in 1 2 3; do
-    t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
-    if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
-  done
-  echo $b
-}
+RUNS=3
+source "$(dirname "$0")/../bench/speed_support.sh"
 cat >"$work/merge.tfs" <<SCRIPT
 click Utility.Commandp4
 dialog "$work/ a.su b.su c.su"

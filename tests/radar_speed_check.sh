@@ -20,14 +20,7 @@ mkdir "$work/out" "$work/copies"
     echo "click DT1.Command3"
   done
 } >"$work/line.tfs"
-best() { # the best time in ns of five runs of "$@"
-  b=0
-  for i in 1 2 3 4 5; do
-    t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
-    if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
-  done
-  echo $b
-}
+source "$(dirname "$0")/../bench/speed_support.sh"
 convert() { rm -f "$work"/out/*; "$run" "$work/line.tfs"; }
 copy() { rm -f "$work"/copies/*; cp "$work"/out/* "$work/copies/"; }
 convert_ns=$(best convert)

@@ -1,8 +1,9 @@
-# Timing of a conversion against cp, for the speed checks: source it, then
-# call within_of_cp RATIO OUTPUT CONVERT_COMMAND...
-best() { # the best time in ns of five runs of "$@"
-  b=0
-  for i in 1 2 3 4 5; do
+# Timing for the speed checks: source it, then call best COMMAND... for the
+# best time in ns of $RUNS runs (5 unless set), or within_of_cp RATIO OUTPUT
+# CONVERT_COMMAND... to compare a conversion with a cp of what it wrote.
+best() {
+  local b=0 d t0 i
+  for ((i = 0; i < ${RUNS:-5}; i++)); do
     t0=$(date +%s%N); "$@" >/dev/null; d=$(($(date +%s%N) - t0))
     if [ $b -eq 0 ] || [ $d -lt $b ]; then b=$d; fi
   done
