@@ -405,8 +405,8 @@ TEST(Dt1, BadRecordsAndHeaders) {
 
 // ---- RAMAC ---------------------------------------------------------------
 
-// The date words of the C locale's short date "mm/dd/yy": the rough day of
-// the year with 30-day months.
+// The date words of the short date "dd/mm/yyyy" read at the fixed places
+// that take a month first: (day - 1) x 30 + month.
 struct Date {
   int16_t year, day, hour, minute;
 };
@@ -414,7 +414,7 @@ Date modified(const std::string& path) {
   const auto t = std::chrono::system_clock::to_time_t(std::chrono::file_clock::to_sys(fs::last_write_time(path)));
   std::tm local{};
   localtime_r(&t, &local);
-  return {static_cast<int16_t>(local.tm_year % 100), static_cast<int16_t>(local.tm_mon * 30 + local.tm_mday),
+  return {static_cast<int16_t>(local.tm_year % 100), static_cast<int16_t>((local.tm_mday - 1) * 30 + local.tm_mon + 1),
           static_cast<int16_t>(local.tm_hour), static_cast<int16_t>(local.tm_min)};
 }
 

@@ -1,6 +1,8 @@
 #include "frame/helpers.h"
 
+#include <chrono>
 #include <cmath>
+#include <ctime>
 #include <filesystem>
 #include <sstream>
 
@@ -129,6 +131,23 @@ void Keep_Decimals(double value, int decimals, double& result) {
   std::string whole = field_text(std::trunc(value));  // any size: no integer can hold them all
   size_t keep = whole.size() + 1 + static_cast<size_t>(std::max(decimals, 0));
   result = leading_number(text.substr(0, std::min(keep, text.size())));
+}
+
+std::pair<std::string, std::string> file_date_time(const std::string& path) {
+  std::error_code ec;
+  const auto written = fs::last_write_time(path, ec);
+  if (ec) throw RunTimeError(err::file_not_found);
+  const std::time_t t = std::chrono::system_clock::to_time_t(std::chrono::file_clock::to_sys(written));
+  std::tm local{};
+#ifdef _WIN32
+  localtime_s(&local, &t);
+#else
+  localtime_r(&t, &local);
+#endif
+  char date[16], time[8];
+  std::strftime(date, sizeof date, "%d/%m/%Y", &local);
+  std::strftime(time, sizeof time, "%H:%M", &local);
+  return {date, time};
 }
 
 std::string single_separators(std::string path) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "frame/conventions.h"
 #include "frame/platform.h"
@@ -38,6 +39,11 @@ void Value_After_Key(Platform& platform, std::string& text, std::string& key, do
 
 // The decimal text of a value cut to `decimals` places, read back.
 void Keep_Decimals(double value, int decimals, double& result);
+
+// A file's modification time as the desktop shows it: the short date
+// "dd/mm/yyyy" and the time "hh:mm", local time. Error 53 when the file is
+// missing.
+std::pair<std::string, std::string> file_date_time(const std::string& path);
 
 // Doubled separators made single, as the panels clean the names they form.
 std::string single_separators(std::string path);

@@ -1,7 +1,5 @@
 #include "importers/dolang.h"
 
-#include <chrono>
-#include <ctime>
 #include <filesystem>
 #include <iterator>
 
@@ -47,26 +45,6 @@ InfoFile read_adt(const std::string& text, int16_t channels) {
   resume_next([&] { word = tokens.next_field(); });
   for (int i = 12; i <= 18; ++i) resume_next([&] { number = tokens.next_number(); });  // read, not used
   return info;
-}
-
-// The file's date as the short date "dd/mm/yyyy" and its time as "hh:mm",
-// in local time.
-std::pair<std::string, std::string> file_date_time(const std::string& path) {
-  namespace fs = std::filesystem;
-  const auto written = fs::last_write_time(path);  // throws when missing
-  const auto since = std::chrono::time_point_cast<std::chrono::system_clock::duration>(
-      fs::file_time_type::clock::to_sys(written));
-  const std::time_t t = std::chrono::system_clock::to_time_t(since);
-  std::tm local{};
-#ifdef _WIN32
-  localtime_s(&local, &t);
-#else
-  localtime_r(&t, &local);
-#endif
-  char date[16], time[8];
-  std::strftime(date, sizeof date, "%d/%m/%Y", &local);
-  std::strftime(time, sizeof time, "%H:%M", &local);
-  return {date, time};
 }
 
 // Characters `from` (counted from 1) on, at most `count`, as Mid$ gives them.

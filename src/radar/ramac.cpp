@@ -1,7 +1,5 @@
 #include "radar/ramac.h"
 
-#include <chrono>
-#include <ctime>
 #include <filesystem>
 
 #include "frame/file_selection.h"
@@ -23,23 +21,6 @@ constexpr int radar_nhs = 95;
 // bytes each.
 constexpr int proposed_trace_bytes = 1024;
 
-// The modification time of a file as the short date and "hh:mm" texts.
-std::pair<std::string, std::string> modified_texts(const std::string& path) {
-  std::error_code ec;
-  const auto written = std::filesystem::last_write_time(file_system_name(path), ec);
-  if (ec) throw RunTimeError(err::file_not_found);
-  const std::time_t t = std::chrono::system_clock::to_time_t(std::chrono::file_clock::to_sys(written));
-  std::tm local{};
-#ifdef _WIN32
-  localtime_s(&local, &t);
-#else
-  localtime_r(&t, &local);
-#endif
-  char date[64], time[16];
-  std::strftime(date, sizeof date, "%x", &local);
-  std::strftime(time, sizeof time, "%H:%M", &local);
-  return {date, time};
-}
 }  // namespace
 
 RecordDate record_date(const std::string& short_date, const std::string& time) {
@@ -143,7 +124,7 @@ void Radar_F::Convert() {
   const double spacing = leading_number(text("Text3"));
   RecordDate date;
   resume_next([&] {
-    const auto [short_date, time] = modified_texts(state.file_in);
+    const auto [short_date, time] = file_date_time(file_system_name(state.file_in));
     date = record_date(short_date, time);
   });
 
