@@ -21,6 +21,8 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QTabWidget>
@@ -144,11 +146,33 @@ QGridLayout* in_rows(const std::vector<QWidget*>& widgets, int columns) {
 
 // A push button with room around its caption, so that a caption made bold
 // by the pointer still reads at ease.
+// A long caption (a whole instruction) wraps onto more lines within this
+// width instead of stretching the window.
+constexpr int widest_button = 480;
+
 class RoomyButton : public QPushButton {
  public:
   using QPushButton::QPushButton;
-  QSize sizeHint() const override { return QPushButton::sizeHint() + QSize(16, 4); }
+  QSize sizeHint() const override {
+    const QSize one_line = QPushButton::sizeHint() + QSize(16, 4);
+    if (one_line.width() <= widest_button) return one_line;
+    const QRect wrapped = fontMetrics().boundingRect(QRect(0, 0, widest_button - 24, 1000), Qt::TextWordWrap, text());
+    return {widest_button, wrapped.height() + 14};
+  }
   QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (QPushButton::sizeHint().width() + 16 <= widest_button) return QPushButton::paintEvent(event);
+    // The frame as the style draws it, then the caption wrapped inside it.
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.text.clear();
+    painter.drawControl(QStyle::CE_PushButton, option);
+    painter.setFont(font());
+    painter.drawText(rect().adjusted(12, 4, -12, -4), Qt::AlignCenter | Qt::TextWordWrap, text());
+  }
 };
 
 QStringList qt_items(const std::vector<std::string>& items) {
@@ -505,8 +529,13 @@ QLayout* PanelWindow::lay_out(const std::vector<Control*>& children) {
         has_main = true;
         break;
       }
-      case Block::buttons:
-        if (n <= buttons_in_a_row) {
+      case Block::buttons: {
+        // Buttons with long captions stand one under the other.
+        size_t captions = 0;
+        for (Control* c : run.controls) captions += c->caption.size();
+        if (captions > 100) {
+          main->addLayout(in_columns(widgets_of(run.controls), 1));
+        } else if (n <= buttons_in_a_row) {
           auto* row = new QHBoxLayout;
           for (QWidget* w : widgets_of(run.controls)) row->addWidget(w);
           main->addLayout(row);
@@ -515,6 +544,7 @@ QLayout* PanelWindow::lay_out(const std::vector<Control*>& children) {
         }
         has_main = true;
         break;
+      }
       case Block::choices:
         main->addLayout(in_columns(widgets_of(run.controls), n > choices_per_column ? 2 : 1));
         has_main = true;
