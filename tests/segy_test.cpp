@@ -319,3 +319,20 @@ TEST(TraceDisplay, TwentyFourTracesLobesCloseOnTheirLaneCentres) {
   EXPECT_EQ(lane, 24);
   EXPECT_GT(polygons, 24);
 }
+
+// 96 traces of 4000 samples on 800 x 600 pixels in under 100 ms.
+TEST(TraceDisplay, NinetySixTracesOfFourThousandSamplesDrawFast) {
+  TempDir dir;
+  write_bytes(dir.file("conv_test.su"), su_record(96, 4000, [](int i, int k) { return float(std::sin(k * 0.03 + i)); }));
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  const std::string show = "show SEGY\npicture-size SEGY.ecran 800 600\nset SEGY.Text5 96\n";
+  const auto before = std::chrono::steady_clock::now();
+  run(show, options);
+  const double setup = std::chrono::duration<double>(std::chrono::steady_clock::now() - before).count();
+  const auto start = std::chrono::steady_clock::now();
+  auto r = run(show + "set SEGY.Text13 3\n", options);
+  const double drawn = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  EXPECT_LT(drawn - setup, 0.1);
+  EXPECT_EQ(r.exit_code, 0);
+}

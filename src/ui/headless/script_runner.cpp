@@ -12,6 +12,7 @@
 #include "frame/conventions.h"
 #include "frame/panel.h"
 #include "ui/headless/json_line.h"
+#include "ui/headless/picture_png.h"
 
 namespace tf {
 
@@ -264,6 +265,11 @@ class Runner {
       need(2);
       auto [panel, control] = target(w[1]);
       platform_.emit(dump_picture(panel->name(), (*panel)[control]));
+    } else if (cmd == "save-picture") {
+      need(3);
+      auto [panel, control] = target(w[1]);
+      const bool saved = save_picture_png((*panel)[control], w[2]);
+      platform_.emit(JsonLine().add("event", "save-picture").add("file", w[2]).add("saved", saved).str());
     } else if (cmd == "press") {
       need(3);
       auto [panel, control] = target(w[1]);

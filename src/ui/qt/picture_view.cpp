@@ -34,7 +34,7 @@ void PictureView::show_model(const Control& c) {
   if (pixmap_.isNull() && c.picture_width > 0 && c.picture_height > 0 &&
       fixed_ != QSize(c.picture_width, c.picture_height)) {
     fixed_ = QSize(c.picture_width, c.picture_height);
-    resize(fixed_);
+    setFixedSize(fixed_);
     updateGeometry();
   }
   update();
