@@ -336,3 +336,23 @@ TEST(TraceDisplay, NinetySixTracesOfFourThousandSamplesDrawFast) {
   EXPECT_LT(drawn - setup, 0.1);
   EXPECT_EQ(r.exit_code, 0);
 }
+
+// The saved picture: a PNG of the picture's size, with grey lobes.
+TEST(TraceDisplay, SavePictureWritesThePngOfTheDrawing) {
+  TempDir dir;
+  write_bytes(dir.file("conv_test.su"), su_record(4, 200, [](int i, int k) { return float(std::sin(k * 0.1 + i)); }));
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  auto r = run("show SEGY\npicture-size SEGY.ecran 80 50\nset SEGY.Text5 4\nset SEGY.Text13 3\nsave-picture SEGY.ecran \"" +
+                   dir.file("ecran.png") + "\"\n",
+               options);
+  EXPECT_TRUE(r.has({"\"event\":\"save-picture\"", "\"saved\":true"}));
+  const auto png = read_bytes(dir.file("ecran.png"));
+  ASSERT_GT(png.size(), 33u);
+  EXPECT_EQ(std::vector<uint8_t>(png.begin(), png.begin() + 8),
+            (std::vector<uint8_t>{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'}));
+  EXPECT_EQ(std::vector<uint8_t>(png.begin() + 16, png.begin() + 24), (std::vector<uint8_t>{0, 0, 0, 80, 0, 0, 0, 50}));
+  const std::vector<uint8_t> grey{0x80, 0x80, 0x80}, black{0, 0, 0};
+  EXPECT_NE(std::search(png.begin(), png.end(), grey.begin(), grey.end()), png.end());
+  EXPECT_NE(std::search(png.begin(), png.end(), black.begin(), black.end()), png.end());
+}
