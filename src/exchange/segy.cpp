@@ -151,14 +151,8 @@ void SEGY::form_unload() {
 }
 
 void SEGY::Select_i() {
-  FileDialogRequest dialog;
-  dialog.flags = 512;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "SEG-Y file selection";
-  dialog.filter = "Record |*.sgy|All files|*.*|";
-  dialog.file_name = "*.sgy";
-  dialog.filter_index = 1;
-  std::string chosen = platform.file_dialog(dialog);
+  std::string chosen = records_dialog(platform, "SEG-Y file selection", "Record |*.sgy|All files|*.*|", "*.sgy",
+                                     state.data_folder, 1);
   Control& list = (*this)["List1"];
   list.items.clear();
   changed(list);
