@@ -356,3 +356,23 @@ TEST(TraceDisplay, SavePictureWritesThePngOfTheDrawing) {
   EXPECT_NE(std::search(png.begin(), png.end(), grey.begin(), grey.end()), png.end());
   EXPECT_NE(std::search(png.begin(), png.end(), black.begin(), black.end()), png.end());
 }
+
+// The quick conversion cuts the 3600 header bytes into NAME.su and leaves
+// the byte swap to suswapfiles, which reads the original.
+TEST(SegyPanel, QuickConversionStripsTheHeadersAndComposesTheSwap) {
+  TempDir dir;
+  const auto segy = read_bytes(segy_samples + "small.sgy");
+  write_bytes(dir.file("rec.sgy"), segy);
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  auto r = run("session su_tools_folder \"T\"\nshow SEGY\ndialog \"" + dir.file("rec.sgy") + "\"\nclick SEGY.Command3\n",
+               options);
+  EXPECT_EQ(read_bytes(dir.file("rec.su")), std::vector<uint8_t>(segy.begin() + 3600, segy.end()));
+  EXPECT_EQ(text_of(dir.file("convert.bat")),
+            "T/vedra/suswapfiles <" + dir.file("rec.sgy") + " >" + dir.file("rec.su") + "\r\n");
+  EXPECT_EQ(r.with({"\"event\":\"msgbox\""}),
+            (std::vector<std::string>{
+                box_line(" This module remove the SEGY File Header (3200 + 400 bytes)  and swap all bytes", "information"),
+                box_line(" Conversion OK")}));
+  EXPECT_TRUE(r.has({"\"title\":\"File to be splitted\"", "\"filter\":\"All files|*.*|\"", "\"file\":\"*.*\""}));
+}
