@@ -376,3 +376,15 @@ TEST(SegyPanel, QuickConversionStripsTheHeadersAndComposesTheSwap) {
                 box_line(" Conversion OK")}));
   EXPECT_TRUE(r.has({"\"title\":\"File to be splitted\"", "\"filter\":\"All files|*.*|\"", "\"file\":\"*.*\""}));
 }
+
+TEST(SegyPanel, TestAndConvertFromTheMainPanelTranscript) {
+  TempDir dir;
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  expect_transcript("segy_test_and_convert", run_script_file("segy_test_and_convert", dir.str(), options));
+  // Text4 holds the swapped count of the big-endian record; Text3 the
+  // traces of both records.
+  EXPECT_EQ(text_of(dir.file("convert.bat")), dir.str() + "/bin/SEGYREAD tape=" + segy_samples +
+                                                  "Format1lsb.sgy conv=1 over=0 endian=0 ns=462 trmin= 1 trmax= 214 | " +
+                                                  dir.str() + "/SEGYCLEAN >" + dir.file("line.su") + "\r\npause\r\n");
+}
