@@ -388,3 +388,50 @@ TEST(SegyPanel, TestAndConvertFromTheMainPanelTranscript) {
                                                   "Format1lsb.sgy conv=1 over=0 endian=0 ns=462 trmin= 1 trmax= 214 | " +
                                                   dir.str() + "/SEGYCLEAN >" + dir.file("line.su") + "\r\npause\r\n");
 }
+
+// Garbled and absurd records: no crash, the input untouched.
+TEST(SegyPanel, ShortAndAbsurdRecordsAreProposedWithoutHarm) {
+  struct Case {
+    const char* name;
+    std::vector<uint8_t> bytes;
+    std::vector<std::string> fields;  // Text4 Text5 Text8
+  };
+  std::vector<uint8_t> big_count(3720, 0);
+  put_at<int16_t>(big_count, 3714, 10000);  // the 16-bit record size overflows
+  put_at<int16_t>(big_count, 3716, 1000);
+  std::vector<uint8_t> short_file(100, 7);
+  const Case cases[] = {
+      {"16-bit overflow", big_count, {"1024", "0", "0"}},
+      {"short file", short_file, {"0", "-15", "0"}},
+      {"empty file", {}, {"0", "-15", "0"}},
+  };
+  for (const auto& c : cases) {
+    TempDir dir;
+    write_bytes(dir.file("rec.sgy"), c.bytes);
+    RunnerOptions options;
+    options.app_dir = dir.str();
+    auto r = run("show SEGY\ndialog \"" + dir.file("rec.sgy") + "\"\nclick SEGY.Command1\ndump SEGY\n", options);
+    EXPECT_EQ(r.exit_code, 0) << c.name;
+    EXPECT_EQ(texts_in(r.dump("SEGY"), {"Text4", "Text5", "Text8"}), c.fields) << c.name;
+    EXPECT_EQ(read_bytes(dir.file("rec.sgy")), c.bytes) << c.name;
+  }
+}
+
+// A garbled conv_test.su: 32767 samples announced, 300 bytes there. The
+// wiggle stops at the end of its point array.
+TEST(TraceDisplay, GarbledFileDrawsWithinTheArrays) {
+  TempDir dir;
+  std::vector<uint8_t> su(300, 0);
+  put_at<int16_t>(su, 114, 32767);
+  put_at<float>(su, 240, 1.0f);
+  write_bytes(dir.file("conv_test.su"), su);
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  auto r = run("show SEGY\nset SEGY.Text5 2\nset SEGY.Text13 1\ndump-picture SEGY.ecran\n", options);
+  EXPECT_EQ(r.exit_code, 0);
+  const std::string shapes = shapes_of(r);
+  const size_t first_line = shapes.find("polyline");
+  ASSERT_NE(first_line, std::string::npos);
+  const std::string wiggle = shapes.substr(first_line, shapes.find("]]}", first_line) - first_line);
+  EXPECT_EQ(std::count(wiggle.begin(), wiggle.end(), '['), 1 + 10000);
+}
