@@ -54,7 +54,7 @@ int64_t length_of(const std::string& name) {
   return length;
 }
 
-// Traces of a SEG-Y file of `length` bytes with `ns` samples a trace.
+// Traces of a SEG-Y file of `length` bytes, traces of `record` bytes.
 double traces_in(int64_t length, int32_t record) {
   if (record == 0) throw RunTimeError(err::division_by_zero);
   return static_cast<double>(length - segy_headers) / record;
