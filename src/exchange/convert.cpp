@@ -82,9 +82,9 @@ std::string exchange_dialog(Platform& platform, const std::string& folder, const
   return platform.file_dialog(dialog);
 }
 
-void converter_ok_box(Platform& platform) {
+void converter_ok_box(Platform& platform, const std::string& text) {
   MessageBoxRequest box;
-  box.text = "Conversion OK";
+  box.text = text;
   box.title = converter_title;
   box.icon = Icon::information;
   box.autoclose_ms = converter_box_ms;

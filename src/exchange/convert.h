@@ -15,9 +15,10 @@ namespace tf {
 std::string exchange_dialog(Platform& platform, const std::string& folder, const std::string& title,
                             const std::string& filter, const std::string& start_name);
 
-// The box that ends a finished conversion, closed by its timer after three
+// The box that ends a finished conversion ("Conversion OK" unless the caller
+// has its own text), closed by its timer after three
 // seconds if the user has not pressed OK.
-void converter_ok_box(Platform& platform);
+void converter_ok_box(Platform& platform, const std::string& text = "Conversion OK");
 
 class Convert : public Panel {
  public:

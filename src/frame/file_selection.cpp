@@ -49,13 +49,14 @@ Selection take_pieces(std::string& text, int capacity) {
 }
 
 std::string records_dialog(Platform& platform, const std::string& title, const std::string& filter,
-                           const std::string& file_name, const std::string& data_folder) {
+                           const std::string& file_name, const std::string& data_folder, int filter_index) {
   FileDialogRequest dialog;
   dialog.flags = 512;
   dialog.initial_dir = data_folder;
   dialog.title = title;
   dialog.filter = filter;
   dialog.file_name = file_name;
+  dialog.filter_index = filter_index;
   return platform.file_dialog(dialog);
 }
 

@@ -33,7 +33,7 @@ Selection take_pieces(std::string& text, int capacity);
 // The record dialog of the importers: multiple selection (flags 512), the
 // data folder first; gives the one text that comes back.
 std::string records_dialog(Platform& platform, const std::string& title, const std::string& filter,
-                           const std::string& file_name, const std::string& data_folder);
+                           const std::string& file_name, const std::string& data_folder, int filter_index = 0);
 
 // A dialog text read as the importers read it. No blank: one file. With a
 // blank, the folder and names, cut at the blanks (a single path holding a

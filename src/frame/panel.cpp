@@ -37,6 +37,30 @@ void Panel::changed(Control& c) {
   if (observer) observer(c);
 }
 
+void Panel::clear_picture(const std::string& control) {
+  Control& c = (*this)[control];
+  c.lines.clear();
+  c.shapes.clear();
+}
+
+void Panel::scale_picture(const std::string& control, double left, double top, double right, double bottom) {
+  Control& c = (*this)[control];
+  c.scale_left = left, c.scale_top = top, c.scale_width = right - left, c.scale_height = bottom - top;
+}
+
+void Panel::draw_shape(const std::string& control, bool filled, const std::vector<PixelPoint>& points) {
+  Control& c = (*this)[control];
+  c.shapes.push_back({filled, points, c.pen_color, c.fill_color});
+}
+
+void Panel::set_tooltip(const std::string& control, const std::string& tooltip) {
+  Control& c = (*this)[control];
+  c.tooltip = tooltip;
+  changed(c);
+}
+
+void Panel::refresh(const std::string& control) { changed((*this)[control]); }
+
 void Panel::set_text(const std::string& control, const std::string& text) {
   Control& c = (*this)[control];
   if (c.text == text) return;

@@ -28,6 +28,20 @@ struct DrawnLine {
   int32_t color = 0;  // 0x00BBGGRR
 };
 
+// A shape drawn straight on a picture in its pixels, from its top left
+// corner: a filled polygon (the picture's fill colour inside, its pen
+// around) or an open polyline.
+struct PixelPoint {
+  int32_t x = 0, y = 0;
+  bool operator==(const PixelPoint&) const = default;
+};
+struct DrawnShape {
+  bool filled = false;
+  std::vector<PixelPoint> points;
+  int32_t pen = 0;           // 0x00BBGGRR
+  int32_t fill = 0x808080;   // 0x00BBGGRR
+};
+
 enum class MouseButton { left = 1, right = 2, middle = 4 };
 
 struct Control {
@@ -66,6 +80,9 @@ struct Control {
   int picture_height = 0;
   double scale_left = 0, scale_top = 0, scale_width = 0, scale_height = 0;
   std::vector<DrawnLine> lines;
+  std::vector<DrawnShape> shapes;  // in drawing order, after the lines
+  int32_t pen_color = 0;
+  int32_t fill_color = 0x808080;
   std::function<void(MouseButton, double, double)> on_mouse_down;  // user units
   std::function<void(double, double)> on_mouse_move;
   std::function<void()> on_click;
@@ -119,6 +136,15 @@ class Panel {
   // down and, for the left button, the click; a move fires the mouse move.
   void mouse_down(const std::string& control, MouseButton button, double x, double y);
   void mouse_move(const std::string& control, double x, double y);
+  // Drawing on a picture. The scale is the user system of the mouse and of
+  // the lines (left, top, right, bottom); shapes are in pixels. A clear
+  // empties lines and shapes. The drawing calls do not tell the desktop:
+  // `refresh` does, once a drawing is complete.
+  void clear_picture(const std::string& control);
+  void scale_picture(const std::string& control, double left, double top, double right, double bottom);
+  void draw_shape(const std::string& control, bool filled, const std::vector<PixelPoint>& points);
+  void set_tooltip(const std::string& control, const std::string& tooltip);
+  void refresh(const std::string& control);
   // A toolbar button pressed by its key: the index goes to list_index and
   // the toolbar's click runs.
   void press_button(const std::string& control, const std::string& key);

@@ -3,6 +3,7 @@
 #include "frame/batch_runner.h"
 #include "frame/panel.h"
 #include "exchange/convert.h"
+#include "exchange/segy.h"
 #include "exchange/su2sgy.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
@@ -62,6 +63,7 @@ void register_all_panels(App& app) {
   app.panels.add("XASCII2SU", make<XASCII2SU>());
   app.panels.add("Convert", make<Convert>());
   app.panels.add("SU2SGY", make<SU2SGY>());
+  app.panels.add("SEGY", make<SEGY>());
   app.routines["Extract_SEGY"] = Extract_SEGY;
   app.panels.add("Add_SU_files", make<Add_SU_files>());
   app.panels.add("Add_file", make<Add_file>());

@@ -12,6 +12,7 @@
 #include "frame/conventions.h"
 #include "frame/panel.h"
 #include "ui/headless/json_line.h"
+#include "ui/headless/picture_png.h"
 
 namespace tf {
 
@@ -154,6 +155,26 @@ std::string dump_control(const Control& c) {
   return j.str();
 }
 
+// A picture's size, its user scale and its shapes in pixels, in drawing
+// order: {"kind":"polygon"|"polyline","points":[[x,y],...]}.
+std::string dump_picture(const std::string& panel, const Control& c) {
+  JsonLine j;
+  j.add("event", "picture").add("panel", panel).add("control", c.name);
+  j.add("width", c.picture_width).add("height", c.picture_height);
+  j.add("scale_left", c.scale_left).add("scale_top", c.scale_top);
+  j.add("scale_width", c.scale_width).add("scale_height", c.scale_height);
+  std::string shapes = "[";
+  for (size_t i = 0; i < c.shapes.size(); ++i) {
+    const DrawnShape& shape = c.shapes[i];
+    shapes += std::string(i ? "," : "") + "{\"kind\":\"" + (shape.filled ? "polygon" : "polyline") + "\",\"points\":[";
+    for (size_t k = 0; k < shape.points.size(); ++k)
+      shapes += (k ? ",[" : "[") + std::to_string(shape.points[k].x) + "," + std::to_string(shape.points[k].y) + "]";
+    shapes += "]}";
+  }
+  j.add_raw("shapes", shapes + "]");
+  return j.str();
+}
+
 std::string dump_session(const SessionState& s) {
   JsonLine j;
   j.add("current_file", s.current_file).add("data_folder", s.data_folder).add("nb_traces", int64_t{s.nb_traces});
@@ -230,6 +251,25 @@ class Runner {
                                    : button == "right" ? MouseButton::right
                                                         : MouseButton::middle, x, y);
       }
+    } else if (cmd == "move") {
+      need(4);
+      auto [panel, control] = target(w[1]);
+      panel->mouse_move(control, leading_number(w[2]), leading_number(w[3]));
+    } else if (cmd == "picture-size") {
+      need(4);
+      auto [panel, control] = target(w[1]);
+      Control& c = (*panel)[control];
+      c.picture_width = std::stoi(w[2]);
+      c.picture_height = std::stoi(w[3]);
+    } else if (cmd == "dump-picture") {
+      need(2);
+      auto [panel, control] = target(w[1]);
+      platform_.emit(dump_picture(panel->name(), (*panel)[control]));
+    } else if (cmd == "save-picture") {
+      need(3);
+      auto [panel, control] = target(w[1]);
+      const bool saved = save_picture_png((*panel)[control], w[2]);
+      platform_.emit(JsonLine().add("event", "save-picture").add("file", w[2]).add("saved", saved).str());
     } else if (cmd == "press") {
       need(3);
       auto [panel, control] = target(w[1]);

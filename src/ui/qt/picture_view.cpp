@@ -2,6 +2,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPolygon>
 
 namespace tf {
 
@@ -28,10 +29,21 @@ void PictureView::show_model(const Control& c) {
   caption_ = QString::fromStdString(c.caption);
   left_ = c.scale_left, top_ = c.scale_top, width_ = c.scale_width, height_ = c.scale_height;
   lines_ = c.lines;
+  shapes_ = c.shapes;
+  // A picture drawn in pixels keeps the size its model gives it.
+  if (pixmap_.isNull() && c.picture_width > 0 && c.picture_height > 0 &&
+      fixed_ != QSize(c.picture_width, c.picture_height)) {
+    fixed_ = QSize(c.picture_width, c.picture_height);
+    setFixedSize(fixed_);
+    updateGeometry();
+  }
   update();
 }
 
-QSize PictureView::sizeHint() const { return pixmap_.isNull() ? QSize(320, 240) : pixmap_.size(); }
+QSize PictureView::sizeHint() const {
+  if (!pixmap_.isNull()) return pixmap_.size();
+  return fixed_.isValid() ? fixed_ : QSize(320, 240);
+}
 
 QPointF PictureView::to_user(QPointF p) const {
   if (width_ == 0 || height_ == 0 || width() == 0 || height() == 0) return p;
@@ -48,12 +60,26 @@ void PictureView::paintEvent(QPaintEvent*) {
   painter.fillRect(rect(), palette().base());
   if (!pixmap_.isNull()) painter.drawPixmap(0, 0, pixmap_);
   // Until a drawing is loaded the box shows its caption.
-  if (pixmap_.isNull() && lines_.empty() && !caption_.isEmpty())
+  if (pixmap_.isNull() && lines_.empty() && shapes_.empty() && !caption_.isEmpty())
     painter.drawText(rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap, caption_);
   painter.setRenderHint(QPainter::Antialiasing);
   for (const auto& l : lines_) {
     painter.setPen(QPen(qt_color(l.color), std::max(1, l.width)));
     painter.drawLine(to_pixel(l.x1, l.y1), to_pixel(l.x2, l.y2));
+  }
+  // Shapes go in pixels, as drawn, without smoothing.
+  painter.setRenderHint(QPainter::Antialiasing, false);
+  QPolygon polygon;
+  for (const auto& shape : shapes_) {
+    polygon.clear();
+    for (const auto& p : shape.points) polygon << QPoint(p.x, p.y);
+    painter.setPen(QPen(qt_color(shape.pen), 1));
+    if (shape.filled) {
+      painter.setBrush(qt_color(shape.fill));
+      painter.drawPolygon(polygon);
+    } else {
+      painter.drawPolyline(polygon);
+    }
   }
 }
 

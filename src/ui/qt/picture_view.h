@@ -34,6 +34,8 @@ class PictureView : public QWidget {
   QPixmap pixmap_;
   double left_ = 0, top_ = 0, width_ = 0, height_ = 0;
   std::vector<DrawnLine> lines_;
+  std::vector<DrawnShape> shapes_;
+  QSize fixed_;  // the size the model gives a drawn picture
 };
 
 }  // namespace tf
