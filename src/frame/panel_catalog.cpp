@@ -6,6 +6,7 @@
 #include "exchange/su2sgy.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
+#include "importers/ambrogeo.h"
 #include "importers/bison.h"
 #include "importers/es1225.h"
 #include "viewers/digit.h"
@@ -54,6 +55,7 @@ void register_all_panels(App& app) {
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
   app.panels.add("Bison", make<Bison>());
+  app.panels.add("Ambrogeo", make<Ambrogeo>());
   app.panels.add("pick", make<pick>());
   app.panels.add("editor", make<editor>());
   app.panels.add("digit", make<digit>());
