@@ -93,7 +93,7 @@ std::string pasi_record(int record, const PasiLayout& layout) {
   char value[32];
   for (int c = 1; c <= layout.channels; ++c)
     for (int s = 0; s < layout.samples; ++s) {
-      std::snprintf(value, sizeof value, "%g", pasi_value(record, c, s));
+      std::snprintf(value, sizeof value, "%.1f", pasi_value(record, c, s));
       text += value;
       text += (s % 8 == 7 || s + 1 == layout.samples) ? "\r\n" : ",";
     }

@@ -15,6 +15,7 @@
 #include "importers/ascii2su.h"
 #include "importers/es1225.h"
 #include "importers/oyo.h"
+#include "importers/pasi.h"
 #include "importers/xascii2su.h"
 #include "operations/segy_extract.h"
 #include "operations/add_file.h"
@@ -56,6 +57,7 @@ void register_all_panels(App& app) {
   app.panels.add("abem", make<abem>());
   app.panels.add("Bison", make<Bison>());
   app.panels.add("Ambrogeo", make<Ambrogeo>());
+  app.panels.add("pasi", make<pasi>());
   app.panels.add("pick", make<pick>());
   app.panels.add("editor", make<editor>());
   app.panels.add("digit", make<digit>());
