@@ -8,6 +8,7 @@
 #include "importers/abem.h"
 #include "importers/ambrogeo.h"
 #include "importers/bison.h"
+#include "importers/bison2su.h"
 #include "importers/es1225.h"
 #include "viewers/digit.h"
 #include "viewers/editor.h"
@@ -58,6 +59,7 @@ void register_all_panels(App& app) {
   app.panels.add("Bison", make<Bison>());
   app.panels.add("Ambrogeo", make<Ambrogeo>());
   app.panels.add("pasi", make<pasi>());
+  app.panels.add("Bison2su", make<Bison2su>());
   app.panels.add("pick", make<pick>());
   app.panels.add("editor", make<editor>());
   app.panels.add("digit", make<digit>());
