@@ -17,6 +17,7 @@
 #include "importers/es1225.h"
 #include "importers/oyo.h"
 #include "importers/pasi.h"
+#include "importers/segb.h"
 #include "importers/xascii2su.h"
 #include "operations/segy_extract.h"
 #include "operations/add_file.h"
@@ -60,6 +61,7 @@ void register_all_panels(App& app) {
   app.panels.add("Ambrogeo", make<Ambrogeo>());
   app.panels.add("pasi", make<pasi>());
   app.panels.add("Bison2su", make<Bison2su>());
+  app.panels.add("SEGB", make<SEGB>());
   app.panels.add("pick", make<pick>());
   app.panels.add("editor", make<editor>());
   app.panels.add("digit", make<digit>());
