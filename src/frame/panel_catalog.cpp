@@ -12,6 +12,7 @@
 #include "importers/es1225.h"
 #include "viewers/digit.h"
 #include "viewers/editor.h"
+#include "viewers/handy_viewer.h"
 #include "viewers/pick.h"
 #include "importers/ascii2su.h"
 #include "importers/es1225.h"
@@ -65,6 +66,7 @@ void register_all_panels(App& app) {
   app.panels.add("pick", make<pick>());
   app.panels.add("editor", make<editor>());
   app.panels.add("digit", make<digit>());
+  app.panels.add("HandyViewer", make<HandyViewer>());
   app.panels.add("oyo", make<oyo>());
   app.panels.add("ASCII2SU", make<ASCII2SU>());
   app.panels.add("XASCII2SU", make<XASCII2SU>());
