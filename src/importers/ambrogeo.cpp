@@ -128,6 +128,12 @@ void Ambrogeo::Convert() {
     message(platform, "Maximum 99 records");
   }
 
+  // The working table: row s (sample, from 1), column i (channel, from 0).
+  auto table = [&](int32_t s, int32_t i) -> int16_t& {
+    const int64_t at = static_cast<int64_t>(s) * width + i;
+    if (at < 0 || at >= static_cast<int64_t>(state.i2_trace.size())) throw RunTimeError(err::subscript);
+    return state.i2_trace[static_cast<size_t>(at)];
+  };
   su::RecordImage image(files, 2);
   int16_t year = 0, day = 0, hour = 0, minute = 0;  // day runs on over the files
   for (int16_t f = 1; f <= file_count; step([&] { f = i16_next(f); })) {
@@ -159,7 +165,7 @@ void Ambrogeo::Convert() {
           if (!record) throw RunTimeError(err::bad_file_number);
           const int16_t value = to_i16(record->next_number());
           if (i >= width) throw RunTimeError(err::subscript);
-          state.i2_trace[static_cast<size_t>(s * width + i)] = value;
+          table(s, i) = value;
         });
     for (int16_t c = 1; c <= state.nb_channels; step([&] { c = i16_next(c); })) {
       int16_t trace = 0;
@@ -171,9 +177,11 @@ void Ambrogeo::Convert() {
       image.put(su::word("day"), day);
       image.put(su::word("hour"), hour);
       image.put(su::word("minute"), minute);
-      for (int32_t s = 1; s <= ns; ++s)
-        state.r4_trace[static_cast<size_t>(s)] = state.i2_trace[static_cast<size_t>(s * width + c)];
-      image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
+      step([&] {
+        if (static_cast<int64_t>(state.r4_trace.size()) <= ns) throw RunTimeError(err::subscript);
+        for (int32_t s = 1; s <= ns; ++s) state.r4_trace[static_cast<size_t>(s)] = table(s, c);
+        image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
+      });
     }
     step([&] { image.flush(); });
     step([&] { files.close(1); });

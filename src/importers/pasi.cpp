@@ -103,10 +103,12 @@ void pasi::Convert() {
       for (int16_t s = 1; s <= samples; ++s)
         step([&] {
           if (!record) throw RunTimeError(err::bad_file_number);
+          if (static_cast<int64_t>(state.r4_trace.size()) <= s) throw RunTimeError(err::subscript);
           state.r4_trace[static_cast<size_t>(s)] = static_cast<float>(to_i32(record->next_number()));
         });
       step([&] { samples_at = i32_add(i32_mul(n, i16_add(i16_mul(4, samples), su::header_size)), su::header_size); });
       step([&] {
+        if (samples < 1 || static_cast<int64_t>(state.r4_trace.size()) <= samples) throw RunTimeError(err::subscript);
         image.move_to(samples_at);
         image.put_block(0, &state.r4_trace[1], static_cast<size_t>(samples));
       });
