@@ -3,9 +3,9 @@
 #include <functional>
 #include <optional>
 
-#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
+#include "frame/record_selection.h"
 #include "su/su_record.h"
 
 namespace tf {
@@ -34,12 +34,8 @@ pasi::pasi(App& owner) : Panel(owner, "pasi", "LCM-112") {
 // Every statement runs with failures skipped. A single file is cut like
 // several: it lists nothing.
 void pasi::Select_i() {
-  resume_next([&] {
-    state.file_in = records_dialog(platform, "LCM-1 file selection", "Record |*.asc|All files|*.*|", "*.asc",
-                                   state.data_folder);
-  });
-  const RecordChoice choice = read_record_choice(state.file_in, SingleChoice::cut_like_several);
-  for (const auto& entry : choice.entries) add_item("List1", entry);
+  const RecordChoice choice =
+      Select_cut_records(app, *this, {"LCM-1 file selection", "Record |*.asc|All files|*.*|", "*.asc"});
   // The count goes into the sample rate box too: the operator types the
   // rate in afterwards.
   set_text("Text5", field_text(choice.count));

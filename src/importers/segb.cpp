@@ -1,8 +1,8 @@
 #include "importers/segb.h"
 
-#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
+#include "frame/record_selection.h"
 
 namespace tf {
 
@@ -24,12 +24,8 @@ SEGB::SEGB(App& owner) : Panel(owner, "SEGB", "SEG_B to SU") {
 // Every statement runs with failures skipped. A single file is cut like
 // several: it lists nothing. The count goes into the sample rate box.
 void SEGB::Select_i() {
-  resume_next([&] {
-    state.file_in = records_dialog(platform, "SEG-B file selection", "Record |*.sgb|All files|*.*|", "*.sgb",
-                                   state.data_folder);
-  });
-  const RecordChoice choice = read_record_choice(state.file_in, SingleChoice::cut_like_several);
-  for (const auto& entry : choice.entries) add_item("List1", entry);
+  const RecordChoice choice =
+      Select_cut_records(app, *this, {"SEG-B file selection", "Record |*.sgb|All files|*.*|", "*.sgb"});
   set_text("Text5", field_text(choice.count));
   set_text("Text2", choice.folder + sep + "my_profil.SU");
 }
