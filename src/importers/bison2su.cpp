@@ -21,10 +21,11 @@ const char* const batch_name = "convert.bat";
 }  // namespace
 
 Bison2su::Bison2su(App& owner) : Panel(owner, "Bison2su", "Bison2 conversion using Bison2SU") {
-  add(Kind::button, "Command1", "Input file").on_click = [this] { Choix_IP(); };
+  // Each path field stands beside the button that fills it.
   add(Kind::text, "Text1", "", " ").on_dblclick = [this] { Choix_IP(); };
-  add(Kind::button, "Command2", "Output file").on_click = [this] { Choix_OP(); };
+  add(Kind::button, "Command1", "Input file").on_click = [this] { Choix_IP(); };
   add(Kind::text, "Text2", "", " ").on_dblclick = [this] { Choix_OP(); };
+  add(Kind::button, "Command2", "Output file").on_click = [this] { Choix_OP(); };
   add(Kind::check, "Check1", "Swap bite");
   add(Kind::button, "Command3", "Convert").on_click = [this] { Convert(); };
   add(Kind::button, "Command4", "Exit").on_click = [this] { unload(); };

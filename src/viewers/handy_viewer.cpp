@@ -16,12 +16,13 @@ HandyViewer::HandyViewer(App& owner) : Panel(owner, "HandyViewer", "Mc Seis 3 Ha
   add(Kind::button, "Command5", "Press here to select McSeis3 files ").on_click = [this] { Select_i(); };
   add(Kind::list, "List1");
   add(Kind::text, "Text6", "Number of files to convert", "1").tooltip = "Type here the number of file to convert";
-  add(Kind::text, "Text5", "", "50").tooltip = "Don't forget the sample rate !!!";
-  add(Kind::text, "Text4", "", "445").tooltip = "Correct hre the number of sample per trace";
-  add(Kind::text, "Text3", "", "3").tooltip = "Correct here the trace number if necesssary";
+  // The fields are labelled as on the other record panels.
+  add(Kind::text, "Text5", "Sample rate", "50").tooltip = "Don't forget the sample rate !!!";
+  add(Kind::text, "Text4", "Number of sample", "445").tooltip = "Correct hre the number of sample per trace";
+  add(Kind::text, "Text3", "Trace number per record", "3").tooltip = "Correct here the trace number if necesssary";
   add(Kind::text, "Text2", "", " ").tooltip = "This will be the SU file";
+  add(Kind::button, "Command4", "Output file");  // no action yet; beside the output name
   add(Kind::button, "Command1", "Convert");      // no action yet
-  add(Kind::button, "Command4", "Output file");  // no action yet
   add(Kind::progress, "ProgressBar1");
 }
 
