@@ -87,3 +87,23 @@ TEST(Pasi, SingleSelectionListsNothingAndHelp) {
   EXPECT_TRUE(r.has({box_line(" This modules convert LCM-12 seismograph data to SU format, just select files and press on"
                               " CONVERT button")}));
 }
+
+// Above 8131 samples the 16-bit product of the sample position fails: the
+// samples land where the position stood before (0 at the start), over the
+// headers.
+TEST(Pasi, LongTracesOverflowTheSamplePosition) {
+  TempDir dir;
+  const int ns = 8132;
+  std::string text;
+  for (int c = 1; c <= 2; ++c)
+    for (int s = 0; s < ns; ++s) text += std::to_string(c * 10000 + s % 1000) + "\r\n";
+  write_text(dir.file("a.asc"), text);
+  auto r = run("click Utility.Option16\nset pasi.Text4 \"8132\"\ndialog \"" + dir.str() + "/ a.asc\"\nclick pasi.Command5\n"
+               "set pasi.Text3 \"2\"\nset pasi.Text5 \"500\"\nset pasi.Text2 \"" + dir.file("out.su") +
+               "\"\nclick pasi.Command1\n");
+  EXPECT_TRUE(r.has({box_line("Conversion, done !", "information")}));
+  std::vector<uint8_t> expected;
+  put_trace(expected, 1, ns, 1, 2, ns, 500, {});
+  for (int s = 0; s < ns; ++s) put_at<float>(expected, 4 * static_cast<size_t>(s), static_cast<float>(20000 + s % 1000));
+  EXPECT_TRUE(read_bytes(dir.file("out.su")) == expected);
+}
