@@ -64,3 +64,16 @@ TEST(Bison2su, Help) {
                               " using BISON2SU.EXE \r\nYou must convert files one by one, then add SU files \r\n"
                               "More informations are found in SU modules VEDRA\\SRC\\THIRDPARTY\\BISON2SU \r\n")}));
 }
+
+// The whole road in one transcript: dialogs, the question, the shell call
+// without a file and its box.
+TEST(Bison2su, TranscriptOfTheSwapRoad) {
+  TempDir dir;
+  write_text(dir.file("LINE7.SU"), "old");
+  RunnerOptions options;
+  options.app_dir = dir.str();
+  options.system_dir = dir.str();
+  EXPECT_EQ(run_script_file("bison2su_swap", dir.str(), options).lines, expected_transcript("bison2su_swap"));
+  EXPECT_EQ(text_of(dir.file("convert.bat")),
+            dir.str() + "/Bison2SU <" + dir.file("LINE7.DAT") + " swap >" + dir.file("LINE7.SU") + "\r\n");
+}

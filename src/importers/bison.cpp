@@ -189,6 +189,17 @@ void Bison::Convert() {
       image.move_to(state.trace_pos);
       su::put_record_header(image, 0, c, ns, state.dt, true);  // fldr is written and never given a value
       int16_t multiplier = 1, sample = 0;
+      if (words < INT16_MAX && words - words / gain_every <= ns) {
+        // No statement of the walk can fail: the counter stays in 16 bits
+        // and the samples in the trace.
+        for (int32_t k = 1; k <= words; ++k) {
+          const int16_t value = state.i2_trace[static_cast<size_t>(k)];
+          if (k % gain_every == 0) multiplier = gain_multiplier(value);
+          else state.r4_trace[static_cast<size_t>(++sample)] = static_cast<float>(value * multiplier);
+        }
+        image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
+        continue;
+      }
       for (int16_t k = 1; k <= words; step([&] { k = i16_next(k); })) {
         const int16_t value = state.i2_trace[static_cast<size_t>(k)];
         if (k % gain_every == 0) {
