@@ -57,4 +57,52 @@ std::string write_bison(const std::string& folder, int record, const BisonLayout
   return write_record(folder, record, "dat", bison_record(record, layout));
 }
 
+int16_t ambrogeo_value(int record, int column, int row, const AmbrogeoLayout& layout) {
+  if (column > layout.channels) return static_cast<int16_t>(-1000 * column);
+  return static_cast<int16_t>(gather_sample(record, column, row - 1) / 4);
+}
+
+std::string ambrogeo_record(int record, const AmbrogeoLayout& layout) {
+  char line[64];
+  std::string text = "AMBROGEO SEISMOGRAPH\r\nLINE 1\r\nSHOT " + std::to_string(record) + "\r\nOPERATOR\r\n";
+  std::snprintf(line, sizeof line, "Dat %02d/11/%s\r\n", layout.day_code, layout.year.c_str());
+  text += line;
+  std::snprintf(line, sizeof line, " %02d:%02d:00\r\n", layout.hour, layout.minute);
+  text += line;
+  text += "GEOMETRY\r\n" + std::to_string(layout.channels) + "\r\n" + std::to_string(layout.samples) + "\r\nTIME\r\n";
+  std::snprintf(line, sizeof line, "%g\r\n", layout.samples * layout.interval_us / 1000.0);
+  text += line;
+  text += "GAINS\r\nCOLUMNS\r\n";
+  for (int c = 1; c <= 24; ++c) text += "CHANNEL " + std::to_string(c) + "\r\n";
+  for (int row = 1; row <= layout.samples; ++row) {
+    for (int c = 1; c <= 24; ++c) text += (c > 1 ? " " : "") + std::to_string(ambrogeo_value(record, c, row, layout));
+    text += "\r\n";
+  }
+  return text;
+}
+
+std::string write_ambrogeo(const std::string& folder, int record, const AmbrogeoLayout& layout) {
+  const std::string text = ambrogeo_record(record, layout);
+  return write_record(folder, record, "dta", std::vector<uint8_t>(text.begin(), text.end()));
+}
+
+double pasi_value(int record, int channel, int sample) { return gather_sample(record, channel, sample) / 2.0; }
+
+std::string pasi_record(int record, const PasiLayout& layout) {
+  std::string text;
+  char value[32];
+  for (int c = 1; c <= layout.channels; ++c)
+    for (int s = 0; s < layout.samples; ++s) {
+      std::snprintf(value, sizeof value, "%.1f", pasi_value(record, c, s));
+      text += value;
+      text += (s % 8 == 7 || s + 1 == layout.samples) ? "\r\n" : ",";
+    }
+  return text;
+}
+
+std::string write_pasi(const std::string& folder, int record, const PasiLayout& layout) {
+  const std::string text = pasi_record(record, layout);
+  return write_record(folder, record, "asc", std::vector<uint8_t>(text.begin(), text.end()));
+}
+
 }  // namespace tf::gen

@@ -7,6 +7,9 @@
 //   make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]
 //   make-records binary FOLDER COUNT [CHANNELS] [SAMPLES] [FILE_HEADER] [TRACE_HEADER] [i16|i32|f32] [le|be]
 //   make-records dolang FOLDER COUNT [CHANNELS] [SAMPLES] [DT]
+//   make-records bison FOLDER COUNT [CHANNELS] [SAMPLES]
+//   make-records ambrogeo FOLDER COUNT [CHANNELS] [SAMPLES] [DT]
+//   make-records pasi FOLDER COUNT [CHANNELS] [SAMPLES]
 // ES-1225: a file header, then per channel the int16 samples and 48 bytes;
 // ABEM Mark 3: a 2048-byte header of text lines, then per channel the int16
 // samples; OYO McSEIS 170: a 6144-byte header with text columns, then per
@@ -16,12 +19,16 @@
 // 16-bit words, int16 samples or, with FLOATING 1, float32; generic binary:
 // a file header, then per channel a trace header and its samples
 // (recNNN.bin); Dolang: per shot the channel files shotNNN.A01 ... as text
-// and the info file shotNNN.ADT. The samples are a shot gather with a first
+// and the info file shotNNN.ADT; Bison 5000: a text header closed by ETX
+// ETX, then per channel groups of four int16 samples behind a gain word
+// (recNNN.dat); Ambrogeo: 37 text lines, then rows of 24 numbers
+// (recNNN.dta); PASI LCM-12: bare numbers, channel after channel (recNNN.asc). The samples are a shot gather with a first
 // arrival moving out by channel.
 #include <iostream>
 #include <string>
 
 #include "tools/binary_record_generators.h"
+#include "tools/field_generators.h"
 #include "tools/record_generators.h"
 #include "tools/text_record_generators.h"
 
@@ -35,7 +42,10 @@ int main(int argc, char** argv) {
                  "       make-records kgs FILE TRACES [CHANNELS] [SAMPLES] [FLOATING]\n"
                  "       make-records binary FOLDER COUNT [CHANNELS] [SAMPLES] [FILE_HEADER] [TRACE_HEADER]"
                  " [i16|i32|f32] [le|be]\n"
-                 "       make-records dolang FOLDER COUNT [CHANNELS] [SAMPLES] [DT]\n";
+                 "       make-records dolang FOLDER COUNT [CHANNELS] [SAMPLES] [DT]\n"
+                 "       make-records bison FOLDER COUNT [CHANNELS] [SAMPLES]\n"
+                 "       make-records ambrogeo FOLDER COUNT [CHANNELS] [SAMPLES] [DT]\n"
+                 "       make-records pasi FOLDER COUNT [CHANNELS] [SAMPLES]\n";
     return 2;
   }
   std::string format = argv[1], folder = argv[2];
@@ -97,6 +107,22 @@ int main(int argc, char** argv) {
       if (option(2)) layout.samples = option(2);
       if (option(3)) layout.dt = option(3);
       std::cout << tf::gen::write_dolang(folder, i, layout) << "\n";
+    } else if (format == "bison") {
+      tf::gen::BisonLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      std::cout << tf::gen::write_bison(folder, i, layout) << "\n";
+    } else if (format == "ambrogeo") {
+      tf::gen::AmbrogeoLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      if (option(3)) layout.interval_us = option(3);
+      std::cout << tf::gen::write_ambrogeo(folder, i, layout) << "\n";
+    } else if (format == "pasi") {
+      tf::gen::PasiLayout layout;
+      if (option(1)) layout.channels = option(1);
+      if (option(2)) layout.samples = option(2);
+      std::cout << tf::gen::write_pasi(folder, i, layout) << "\n";
     } else {
       std::cerr << "make-records: unknown format " << format << "\n";
       return 2;

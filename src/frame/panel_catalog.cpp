@@ -7,14 +7,19 @@
 #include "exchange/su2sgy.h"
 #include "frame/utility.h"
 #include "importers/abem.h"
+#include "importers/ambrogeo.h"
 #include "importers/bison.h"
+#include "importers/bison2su.h"
 #include "importers/es1225.h"
 #include "viewers/digit.h"
 #include "viewers/editor.h"
+#include "viewers/handy_viewer.h"
 #include "viewers/pick.h"
 #include "importers/ascii2su.h"
 #include "importers/es1225.h"
 #include "importers/oyo.h"
+#include "importers/pasi.h"
+#include "importers/segb.h"
 #include "importers/xascii2su.h"
 #include "operations/segy_extract.h"
 #include "operations/add_file.h"
@@ -55,9 +60,14 @@ void register_all_panels(App& app) {
   app.panels.add("es1225", make<es1225>());
   app.panels.add("abem", make<abem>());
   app.panels.add("Bison", make<Bison>());
+  app.panels.add("Ambrogeo", make<Ambrogeo>());
+  app.panels.add("pasi", make<pasi>());
+  app.panels.add("Bison2su", make<Bison2su>());
+  app.panels.add("SEGB", make<SEGB>());
   app.panels.add("pick", make<pick>());
   app.panels.add("editor", make<editor>());
   app.panels.add("digit", make<digit>());
+  app.panels.add("HandyViewer", make<HandyViewer>());
   app.panels.add("oyo", make<oyo>());
   app.panels.add("ASCII2SU", make<ASCII2SU>());
   app.panels.add("XASCII2SU", make<XASCII2SU>());

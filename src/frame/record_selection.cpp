@@ -16,4 +16,14 @@ RecordChoice Select_records(App& app, Panel& panel, const RecordDialog& dialog, 
   return choice;
 }
 
+RecordChoice Select_cut_records(App& app, Panel& panel, const RecordDialog& dialog) {
+  SessionState& state = app.state;
+  resume_next([&] {
+    state.file_in = records_dialog(app.platform, dialog.title, dialog.filter, dialog.file_name, state.data_folder);
+  });
+  const RecordChoice choice = read_record_choice(state.file_in, SingleChoice::cut_like_several);
+  for (const auto& entry : choice.entries) panel.add_item("List1", entry);
+  return choice;
+}
+
 }  // namespace tf

@@ -21,4 +21,9 @@ struct RecordDialog {
 // Gives the choice as read.
 RecordChoice Select_records(App& app, Panel& panel, const RecordDialog& dialog, const std::string& count_field = "Text6");
 
+// The walk of the OYO family: the record dialog, its text always cut at the
+// blanks (a single choice lists nothing), the records into `List1`. Every
+// statement with failures skipped; gives the choice as read.
+RecordChoice Select_cut_records(App& app, Panel& panel, const RecordDialog& dialog);
+
 }  // namespace tf

@@ -23,7 +23,7 @@ struct ButtonRow {
   bool panel;
 };
 
-constexpr std::array<ButtonRow, 23> utility_buttons{{
+constexpr std::array<ButtonRow, 24> utility_buttons{{
     {"Command12", "Traces extraction", same, "You can extract some trace from a SU file + saut$", "Add_file", true},
     {"Command11", "Extract traces from SEG-Y file", same, "Use this module to extract some traces from SEG-Y record",
      "Extract_SEGY", false},
@@ -80,6 +80,9 @@ constexpr std::array<ButtonRow, 23> utility_buttons{{
     // The grid extraction has no button of its own in the table: this is its entry.
     {"Command13", "Extract SU traces on a grid", same,
      "Use this module to choose on a grid the traces to copy into a new SU file", "Extract", true},
+    // The McSeis-3 selection panel has no button of its own either: this is its entry.
+    {"Command14", "Mc Seis 3 HandyViewer", same,
+     "Use this module to select McSeis 3 records and read their sample rate", "HandyViewer", true},
 }};
 
 // The button that shows the GSSI panel sits last on the tab.

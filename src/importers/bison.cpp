@@ -1,5 +1,6 @@
 #include "importers/bison.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
 #include <functional>
@@ -189,6 +190,19 @@ void Bison::Convert() {
       image.move_to(state.trace_pos);
       su::put_record_header(image, 0, c, ns, state.dt, true);  // fldr is written and never given a value
       int16_t multiplier = 1, sample = 0;
+      if (words < INT16_MAX && words - words / gain_every <= ns) {
+        // No statement of the walk can fail: the counter stays in 16 bits
+        // and the samples in the trace.
+        const int16_t* word = &state.i2_trace[1];
+        float* out = &state.r4_trace[1];
+        for (int32_t k = 0; k < words;) {  // k counts from 0 here: a group's gain word is its last
+          for (const int32_t group_end = std::min(k + gain_every - 1, static_cast<int32_t>(words)); k < group_end; ++k)
+            *out++ = static_cast<float>(word[k] * multiplier);
+          if (k < words) multiplier = gain_multiplier(word[k++]);
+        }
+        image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
+        continue;
+      }
       for (int16_t k = 1; k <= words; step([&] { k = i16_next(k); })) {
         const int16_t value = state.i2_trace[static_cast<size_t>(k)];
         if (k % gain_every == 0) {

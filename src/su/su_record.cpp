@@ -110,11 +110,37 @@ void RecordImage::flush() {
   // the end of the file they stay zero, as the file grows with zeros.
   if (base_ < file.length()) {
     size_t inside = static_cast<size_t>(std::min<int64_t>(file.length() - base_, static_cast<int64_t>(bytes_.size())));
-    under_.resize(inside);
-    const bool gaps = std::memchr(written_.data(), 0, inside) != nullptr;
-    if (gaps) {
+    // The runs of bytes that no write touched, from the flags.
+    std::vector<std::pair<size_t, size_t>> gaps;  // start, end
+    constexpr size_t few_gaps = 4096;             // beyond this the whole range is read at once
+    for (size_t at = 0; at < inside && gaps.size() <= few_gaps;) {
+      const void* zero = std::memchr(written_.data() + at, 0, inside - at);
+      if (!zero) break;
+      const size_t start = static_cast<size_t>(static_cast<const uint8_t*>(zero) - written_.data());
+      const void* one = std::memchr(written_.data() + start, 1, inside - start);
+      const size_t end = one ? static_cast<size_t>(static_cast<const uint8_t*>(one) - written_.data()) : inside;
+      gaps.emplace_back(start, end);
+      at = end;
+    }
+    if (!gaps.empty() && gaps.size() <= few_gaps) {
+      // A few gaps, such as unwritten header words: each read on its own.
+      for (const auto& [start, end] : gaps) file.read_at(base_ + static_cast<int64_t>(start), bytes_.data() + start, end - start);
+    } else if (!gaps.empty()) {
+      under_.resize(inside);
       file.read_at(base_, under_.data(), inside);
-      for (size_t i = 0; i < inside; ++i)
+      // Eight bytes at a time: each written flag (0 or 1) times 0xFF is the
+      // byte mask of the image's own bytes.
+      size_t i = 0;
+      for (; i + 8 <= inside; i += 8) {
+        uint64_t mine, under, flags;
+        std::memcpy(&mine, bytes_.data() + i, 8);
+        std::memcpy(&under, under_.data() + i, 8);
+        std::memcpy(&flags, written_.data() + i, 8);
+        const uint64_t mask = flags * 0xFF;
+        mine = (mine & mask) | (under & ~mask);
+        std::memcpy(bytes_.data() + i, &mine, 8);
+      }
+      for (; i < inside; ++i)
         if (!written_[i]) bytes_[i] = under_[i];
     }
   }
