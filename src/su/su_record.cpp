@@ -80,6 +80,7 @@ void RecordImage::touch(int offset, size_t size) {
 }
 
 void RecordImage::put_bytes(int offset, const void* data, size_t size) {
+  if (size == 0) return;  // an empty block writes nothing
   touch(offset, size);
   std::memcpy(bytes_.data() + current_ + offset, data, size);
 }
