@@ -106,3 +106,43 @@ TEST(RecordImages, GoOutPastSixtyFourMegabytesAndBeforeABoxOrAClose) {
   files.close(2);
   EXPECT_EQ(std::filesystem::file_size(dir.file("out.su")), static_cast<uintmax_t>(70 * trace + 4));
 }
+
+// A record written behind the next one's gathering is on disk before a box,
+// and before its own file closes; closing another file leaves the gathered
+// traces where they are.
+TEST(RecordImages, RecordsWrittenBehindAreOnDiskBeforeABoxOrTheirClose) {
+  TempDir dir;
+  FileTable files;
+  files.open(1, dir.file("in.dat"));
+  files.open(2, dir.file("out.su"));
+  su::RecordImage image(files, 2);
+  const std::vector<float> samples(1000, 2.5f);
+  const int64_t trace = 240 + 4 * 1000;
+  auto put_trace = [&](int64_t k) {
+    image.move_to(k * trace);
+    image.put(su::word("tracl"), static_cast<double>(k + 1));
+    image.put_block(240, samples.data(), samples.size());
+  };
+  for (int64_t k = 0; k < 24; ++k) put_trace(k);
+  image.flush_behind();
+  put_trace(24);
+  files.close(1);
+  EXPECT_LE(std::filesystem::file_size(dir.file("out.su")), static_cast<uintmax_t>(24 * trace));
+  std::ostringstream transcript;
+  ScriptPlatform quiet({}, transcript);
+  quiet.message_box({});
+  EXPECT_EQ(std::filesystem::file_size(dir.file("out.su")), static_cast<uintmax_t>(25 * trace));
+  for (int64_t k = 25; k < 48; ++k) put_trace(k);
+  image.flush_behind();
+  files.close(2);
+  const std::vector<uint8_t> bytes = read_bytes(dir.file("out.su"));
+  ASSERT_EQ(bytes.size(), static_cast<size_t>(48 * trace));
+  for (int64_t k = 0; k < 48; ++k) {
+    int32_t tracl = 0;
+    float last = 0;
+    std::memcpy(&tracl, &bytes[static_cast<size_t>(k * trace)], 4);
+    std::memcpy(&last, &bytes[static_cast<size_t>((k + 1) * trace - 4)], 4);
+    EXPECT_EQ(tracl, k + 1);
+    EXPECT_EQ(last, 2.5f);
+  }
+}

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
 #include "su/binary_file.h"
@@ -71,17 +72,6 @@ void delete_file(const std::string& name) {
 
 }  // namespace
 
-std::string exchange_dialog(Platform& platform, const std::string& folder, const std::string& title,
-                            const std::string& filter, const std::string& start_name) {
-  FileDialogRequest dialog;
-  dialog.initial_dir = folder;
-  dialog.title = title;
-  dialog.filter = filter;
-  dialog.file_name = start_name;
-  dialog.filter_index = 1;
-  return platform.file_dialog(dialog);
-}
-
 void converter_ok_box(Platform& platform, const std::string& text) {
   MessageBoxRequest box;
   box.text = text;
@@ -105,12 +95,8 @@ Convert::Convert(App& owner) : Panel(owner, "Convert", [&] {
   add(Kind::button, "Command2", "Convert").on_click = [this] { convert_clicked(); };
   add(Kind::button, "Command1", "Cancel").on_click = [this] { unload(); };
   add(Kind::frame, "Frame1");
-  auto& little = add(Kind::option, "Option1", "Little Endian");
-  little.tooltip = "Usual PC format";
-  little.parent = "Frame1";
-  auto& big = add(Kind::option, "Option2", "Big Endian");
-  big.tooltip = "Mainframe type format";
-  big.parent = "Frame1";
+  add_in("Frame1", Kind::option, "Option1", "Little Endian").tooltip = "Usual PC format";
+  add_in("Frame1", Kind::option, "Option2", "Big Endian").tooltip = "Mainframe type format";
   add(Kind::progress, "ProgressBar1");
 }
 
@@ -124,7 +110,7 @@ void Convert::form_load() {
 void Convert::Lecture() {
   const Mode* m = mode_of(state.conversion_mode);
   if (!m) return;
-  const std::string name = exchange_dialog(platform, state.data_folder, m->title, m->filter, m->start_name);
+  const std::string name = record_dialog(platform, m->title, m->filter, m->start_name, state.data_folder);
   set_text("Text1", name);
   // A name shorter than the part it loses ends the routine.
   if (name.size() < m->cut) return;
@@ -132,7 +118,7 @@ void Convert::Lecture() {
 }
 
 void Convert::Choix_out() {
-  set_text("Text2", exchange_dialog(platform, state.data_folder, output_title, output_filter, output_start_name));
+  set_text("Text2", record_dialog(platform, output_title, output_filter, output_start_name, state.data_folder));
 }
 
 void Convert::convert_clicked() {

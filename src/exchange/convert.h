@@ -10,11 +10,6 @@
 
 namespace tf {
 
-// The open dialog of the exchange panels: the data folder first, the first
-// filter chosen. Gives the name that comes back (the start name on a cancel).
-std::string exchange_dialog(Platform& platform, const std::string& folder, const std::string& title,
-                            const std::string& filter, const std::string& start_name);
-
 // The box that ends a finished conversion ("Conversion OK" unless the caller
 // has its own text), closed by its timer after three
 // seconds if the user has not pressed OK.

@@ -142,12 +142,6 @@ void put_kgs_header(su::RecordImage& image, const std::vector<uint8_t>& header, 
   image.put_i16(150, to_i16(su_value(header, word("hcf"))));
 }
 
-void copy_file(const std::string& from, const std::string& to) {
-  std::error_code ec;
-  fs::copy_file(native_path(from), native_path(to), fs::copy_options::overwrite_existing, ec);
-  if (ec) throw RunTimeError(err::path_file_access);
-}
-
 }  // namespace
 
 int32_t Convert::ask_source_depth() {
@@ -234,7 +228,7 @@ void Convert::Convert_KGS_2_SU() {
   resume_next([&] { state.nb_traces = su::trace_count(file_length(native_path(state.file_in)), state.ns); });
   resume_next([&] { set_progress_range("ProgressBar1", 1, state.nb_traces); });
   // The samples travel with the copy, byte for byte; only headers change.
-  resume_next([&] { copy_file(state.file_in, state.file_out); });
+  resume_next([&] { copy_whole_file(native_path(state.file_in), native_path(state.file_out), err::path_file_access); });
   const int32_t depth = ask_source_depth();
   resume_next([&] { open_record(files, 1, state.file_in); });
   resume_next([&] { files.open(2, native_path(state.file_out)); });

@@ -363,7 +363,7 @@ void SEGY::Quick_Conversion() {
   message(platform, " This module remove the SEGY File Header (3200 + 400 bytes)  and swap all bytes",
           Icon::information);
   const std::string input =
-      exchange_dialog(platform, state.data_folder, "File to be splitted", "All files|*.*|", "*.*");
+      record_dialog(platform, "File to be splitted", "All files|*.*|", "*.*", state.data_folder);
   if (input.size() < 5) {
     set_pointer(Pointer::arrow);
     return;

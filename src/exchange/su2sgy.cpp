@@ -49,7 +49,7 @@ SU2SGY::SU2SGY(App& owner) : Panel(owner, "SU2SGY", "SU to SEGY ") {
 // leaves a fraction.
 void SU2SGY::input_file() {
   const std::string name =
-      exchange_dialog(platform, state.data_folder, "SU file selection", "SU file |*.SU*|All files|*.*|", "*.SU");
+      record_dialog(platform, "SU file selection", "SU file |*.SU*|All files|*.*|", "*.SU", state.data_folder);
   set_text("Text1", name);
   state.file_in = name;
   resume_next([&] {
@@ -69,8 +69,8 @@ void SU2SGY::input_file() {
 }
 
 void SU2SGY::output_file() {
-  set_text("Text2", exchange_dialog(platform, state.data_folder, "SEG-Y file selection", "SEGY |*.SGY*|All files|*.*|",
-                                    "*.SGY"));
+  set_text("Text2", record_dialog(platform, "SEG-Y file selection", "SEGY |*.SGY*|All files|*.*|", "*.SGY",
+                                  state.data_folder));
 }
 
 // The fields go into the command line as typed.

@@ -22,6 +22,12 @@ Control& Panel::add(Kind kind, const std::string& name, const std::string& capti
   return ref;
 }
 
+Control& Panel::add_in(const std::string& parent, Kind kind, const std::string& name, const std::string& caption) {
+  Control& c = add(kind, name, caption);
+  c.parent = parent;
+  return c;
+}
+
 Control* Panel::find(const std::string& control) {
   auto it = by_name_.find(control);
   return it == by_name_.end() ? nullptr : it->second;

@@ -159,6 +159,8 @@ class Panel {
 
  protected:
   Control& add(Kind kind, const std::string& name, const std::string& caption = "", const std::string& text = "");
+  // A control drawn inside the frame `parent`.
+  Control& add_in(const std::string& parent, Kind kind, const std::string& name, const std::string& caption = "");
   void changed(Control& c);
   App& app;
   SessionState& state;

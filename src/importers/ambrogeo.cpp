@@ -47,14 +47,9 @@ Ambrogeo::Ambrogeo(App& owner) : Panel(owner, "Ambrogeo", "Ambrogeo files") {
   add(Kind::text, "Text6", "Number of files to convert", "1").tooltip = "Type here the number of file to convert";
   add(Kind::text, "Text2", "", " ").tooltip = "This will be the SU file";
   add(Kind::frame, "Frame1", "Data type");
-  auto option = [&](const char* name, const char* caption) -> Control& {
-    auto& o = add(Kind::option, name, caption);
-    o.parent = "Frame1";
-    return o;
-  };
-  option("Option1", "Integer 2 bytes").tooltip = "Bison 5000 are integer values";
-  option("Option3", "Floating 4 bytes");
-  option("Option4", "ASCII");
+  add_in("Frame1", Kind::option, "Option1", "Integer 2 bytes").tooltip = "Bison 5000 are integer values";
+  add_in("Frame1", Kind::option, "Option3", "Floating 4 bytes");
+  add_in("Frame1", Kind::option, "Option4", "ASCII");
   add(Kind::label, "Label1", "Label1");
   add(Kind::button, "Command4", "Output file");  // nothing attached
   add(Kind::button, "Command1", "Convert").on_click = [this] { Convert(); };

@@ -59,15 +59,10 @@ Bison::Bison(App& owner) : Panel(owner, "Bison", "Bison 5000") {
   add(Kind::text, "Text7", "File Header size", "1161").tooltip = "File header size (is automatically computed)";
   add(Kind::label, "Label8", " ");
   add(Kind::frame, "Frame1", "Data type");
-  auto option = [&](const char* name, const char* caption) -> Control& {
-    auto& o = add(Kind::option, name, caption);
-    o.parent = "Frame1";
-    return o;
-  };
-  option("Option1", "Integer 2 bytes").tooltip = "Bison 5000 are integer values";
-  option("Option2", "Float 4 bytes");
-  option("Option3", "Floating 4 bytes");
-  option("Option4", "ASCII");
+  add_in("Frame1", Kind::option, "Option1", "Integer 2 bytes").tooltip = "Bison 5000 are integer values";
+  add_in("Frame1", Kind::option, "Option2", "Float 4 bytes");
+  add_in("Frame1", Kind::option, "Option3", "Floating 4 bytes");
+  add_in("Frame1", Kind::option, "Option4", "ASCII");
   auto& out = add(Kind::text, "Text2", "", " ");
   out.tooltip = "This will be the SU file";
   out.on_dblclick = [this] { Outputfile(); };
@@ -193,13 +188,19 @@ void Bison::Convert() {
       if (words < INT16_MAX && words - words / gain_every <= ns) {
         // No statement of the walk can fail: the counter stays in 16 bits
         // and the samples in the trace.
+        // A group is four samples and its gain word, which sets the
+        // multiplier of the next group; the words past the last whole group
+        // are samples. A sample times 1 or 2 is exact in a single, so the
+        // product of singles is the single of the integer product.
         const int16_t* word = &state.i2_trace[1];
         float* out = &state.r4_trace[1];
-        for (int32_t k = 0; k < words;) {  // k counts from 0 here: a group's gain word is its last
-          for (const int32_t group_end = std::min(k + gain_every - 1, static_cast<int32_t>(words)); k < group_end; ++k)
-            *out++ = static_cast<float>(word[k] * multiplier);
-          if (k < words) multiplier = gain_multiplier(word[k++]);
+        const int32_t groups = words / gain_every;
+        for (int32_t g = 0; g < groups; ++g, word += gain_every, out += gain_every - 1) {
+          const auto m = static_cast<float>(multiplier);
+          for (int i = 0; i < gain_every - 1; ++i) out[i] = static_cast<float>(word[i]) * m;
+          multiplier = gain_multiplier(word[gain_every - 1]);
         }
+        for (int32_t i = 0; i < words % gain_every; ++i) out[i] = static_cast<float>(word[i] * multiplier);
         image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
         continue;
       }
@@ -217,7 +218,7 @@ void Bison::Convert() {
       }
       image.put_block(su::header_size, &state.r4_trace[1], static_cast<size_t>(ns));
     }
-    step([&] { image.flush(); });
+    step([&] { image.flush_behind(); });  // written while the next record is read
     step([&] { files.close(1); });
   }
   step([&] { files.close(2); });

@@ -51,7 +51,7 @@ sisforme::sisforme(App& owner) : Panel(owner, "sisforme", "Brenholt Seismic file
       "Size of the file with your parameters, must be equals to the input file size";
   add(Kind::frame, "Frame1", "Data type");
   const char* const type_captions[] = {"Integer 2 bytes", "Integer 4 bytes", "Floating 4 bytes", "ASCII"};
-  for (size_t i = 0; i < std::size(type_options); ++i) add(Kind::option, type_options[i], type_captions[i]).parent = "Frame1";
+  for (size_t i = 0; i < std::size(type_options); ++i) add_in("Frame1", Kind::option, type_options[i], type_captions[i]);
   (*this)["Option2"].value = 1;
   add(Kind::button, "Command6", "Compute Header size").on_click = [this] { Calcul_gd_file(); };
   add(Kind::button, "Command4", "Output file").on_click = [this] { Outputfile(); };

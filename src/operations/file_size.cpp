@@ -26,15 +26,13 @@ FileSize::FileSize(App& owner) : Panel(owner, "FileSize", "SU or SEG-Y File size
   field("Text6", "Sample rate ms", " 1", ".0123456789");
   add(Kind::text, "Text5", "Total bytes", "1248768 ").locked = true;
   add(Kind::frame, "Frame1", "File type");
-  auto& su = add(Kind::option, "Option1", "SU");
-  su.parent = "Frame1";
+  auto& su = add_in("Frame1", Kind::option, "Option1", "SU");
   su.value = 1;
-  auto& segy = add(Kind::option, "Option2", "SEG-Y");
-  segy.parent = "Frame1";
+  auto& segy = add_in("Frame1", Kind::option, "Option2", "SEG-Y");
   for (auto* o : {&su, &segy}) o->on_click = [this] { calculB(); };
   add(Kind::frame, "Frame2", "File info");
-  add(Kind::label, "Label7", "Trace length").parent = "Frame2";
-  add(Kind::label, "Label8", "Nyquist frequency").parent = "Frame2";
+  add_in("Frame2", Kind::label, "Label7", "Trace length");
+  add_in("Frame2", Kind::label, "Label8", "Nyquist frequency");
 }
 
 void FileSize::form_load() {

@@ -116,8 +116,10 @@ void SU_Compress(App& app) {
     for (int32_t i = 0; i < ns; ++i) {
       const float product = scale * samples[i];
       const float rounded = nearest_even(product);
-      const bool fits = product >= -32768.5f && rounded <= 32767.0f;
-      kept[i] = fits ? static_cast<int16_t>(static_cast<int32_t>(fits ? rounded : 0.0f)) : kept[i];
+      // Both tests taken without a branch, so that the loop runs on vectors.
+      const bool fits = (product >= -32768.5f) & (rounded <= 32767.0f);
+      const auto value = static_cast<int16_t>(static_cast<int32_t>(fits ? rounded : 0.0f));
+      kept[i] = fits ? value : kept[i];
     }
   };
   const RecordBuffers buffers{&state.header_bytes[1], &state.r4_trace[1], 4 * static_cast<size_t>(ns), &state.i2_trace[1],

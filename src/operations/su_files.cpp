@@ -37,7 +37,9 @@ std::string renamed(const std::string& name, size_t cut, const std::string& endi
 
 RecordRun::RecordRun(FileTable& files, int number) : files_(files), number_(number) {
   bytes_.reserve(copy_piece + (64u << 10));
-  add_pending_writes(this, [this] { flush(); });
+  add_pending_writes(this, [this](const void* closing) {
+    if (!closing || closing == &files_[number_]) flush();
+  });
 }
 
 RecordRun::~RecordRun() {

@@ -26,18 +26,27 @@ int32_t traces_by_record_size(int64_t length, int64_t record_size) {
 void convert_records(FileTable& files, int input, int output, int32_t traces, int64_t in_record, int64_t out_record,
                      const RecordBuffers& b, const std::function<void()>& convert) {
   int64_t length = 0;
-  resume_next([&] { length = files[input].length(); });
+  bool apart = false;
+  resume_next([&] {
+    length = files[input].length();
+    apart = files[input].path() != files[output].path();
+  });
   const int32_t whole = static_cast<int32_t>(std::min<int64_t>(traces, in_record > 0 ? length / in_record : 0));
   const int32_t per_block = traces_per_write(in_record);
-  std::vector<uint8_t> in_block, out_block;
-  int32_t k = 1;
-  while (k <= whole) {
-    const int32_t count = std::min(per_block, whole - k + 1);
-    in_block.resize(static_cast<size_t>(count * in_record));
-    out_block.resize(static_cast<size_t>(count * out_record));
-    resume_next([&] { files[input].read_at((k - 1) * in_record, in_block.data(), in_block.size()); });
-    for (int32_t j = 0; j < count; ++j) {
-      const uint8_t* from = in_block.data() + j * in_record;
+  const int32_t blocks = (whole + per_block - 1) / per_block;
+  auto first = [per_block](int32_t block) { return block * per_block + 1; };
+  auto count = [&](int32_t block) { return std::min(per_block, whole - first(block) + 1); };
+  // Whole records by blocks; between two files the next block is read
+  // while this one is converted and written.
+  std::vector<uint8_t> in_blocks[2], out_block;
+  auto read = [&](int32_t block, int slot) {
+    in_blocks[slot].resize(static_cast<size_t>(count(block) * in_record));
+    resume_next([&] { files[input].read_at((first(block) - 1) * in_record, in_blocks[slot].data(), in_blocks[slot].size()); });
+  };
+  auto work = [&](int32_t block, int slot) {
+    out_block.resize(static_cast<size_t>(count(block) * out_record));
+    for (int32_t j = 0; j < count(block); ++j) {
+      const uint8_t* from = in_blocks[slot].data() + j * in_record;
       std::memcpy(b.header, from, su::header_size);
       std::memcpy(b.samples_in, from + su::header_size, b.in_bytes);
       convert();
@@ -45,9 +54,10 @@ void convert_records(FileTable& files, int input, int output, int32_t traces, in
       std::memcpy(to, b.header, su::header_size);
       std::memcpy(to + su::header_size, b.samples_out, b.out_bytes);
     }
-    resume_next([&] { files[output].write_at((k - 1) * out_record, out_block.data(), out_block.size()); });
-    k += count;
-  }
+    resume_next([&] { files[output].write_at((first(block) - 1) * out_record, out_block.data(), out_block.size()); });
+  };
+  read_blocks_ahead(blocks, apart, read, work);
+  int32_t k = whole + 1;
   for (; k <= traces; ++k) {
     resume_next([&] { files[input].read_at((k - 1) * in_record, b.header, su::header_size); });
     resume_next([&] { files[input].read_at((k - 1) * in_record + su::header_size, b.samples_in, b.in_bytes); });

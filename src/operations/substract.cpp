@@ -25,13 +25,6 @@ constexpr const char* output_ending = "_sub.su";
 std::string with_ending(const std::string& name, const std::string& ending) {
   return (name.size() >= 3 ? name.substr(0, name.size() - 3) : std::string()) + ending;
 }
-// The whole of File 1 copied over the output; a copy that fails is the
-// platform's file error.
-void copy_file(const std::string& from, const std::string& to) {
-  std::error_code ec;
-  std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing, ec);
-  if (ec) throw RunTimeError(err::permission_denied);
-}
 }  // namespace
 
 substract::substract(App& owner) : Panel(owner, "substract", "Subtraction file module") {
@@ -127,7 +120,7 @@ void substract::Combine(Operator op) {
 
   set_pointer(Pointer::hourglass);
   message(platform, "Copying file, please wait", Icon::exclamation);
-  copy_file(in1, out);
+  copy_whole_file(in1, out, err::permission_denied);
   set_pointer(Pointer::arrow);
 
   files.close_all();
@@ -160,20 +153,28 @@ void substract::Combine(Operator op) {
   const size_t record_words = static_cast<size_t>(record) / 4;
   const int32_t whole = static_cast<int32_t>(std::min<int64_t>(state.nb_traces, f1.length() / record));
   const int32_t per_block = traces_per_write(record);
-  std::vector<float> block1, block2;
+  const int32_t blocks = (whole + per_block - 1) / per_block;
+  auto first = [per_block](int32_t block) { return block * per_block + 1; };
+  auto count = [&](int32_t block) { return std::min(per_block, whole - first(block) + 1); };
+  // The next block of both inputs is read while this one is worked out and
+  // written: its bytes lie past every byte written before it.
+  std::vector<float> blocks1[2], blocks2[2];
+  auto read = [&](int32_t block, int slot) {
+    const int64_t start = static_cast<int64_t>(record) * (first(block) - 1);
+    blocks1[slot].resize(static_cast<size_t>(count(block)) * record_words);
+    blocks2[slot].resize(blocks1[slot].size());
+    f1.read_block(start, blocks1[slot]);
+    f2.read_block(start, blocks2[slot]);
+  };
   int32_t i = 1;
-  while (i <= whole) {
-    const int32_t count = std::min(per_block, whole - i + 1);
-    const int64_t start = static_cast<int64_t>(record) * (i - 1);
-    block1.resize(static_cast<size_t>(count) * record_words);
-    block2.resize(block1.size());
-    f1.read_block(start, block1);
-    f2.read_block(start, block2);
+  auto work = [&](int32_t block, int slot) {
+    std::vector<float>& block1 = blocks1[slot];
+    const std::vector<float>& block2 = blocks2[slot];
     // The buffers hold the block's last trace, as a walk trace by trace leaves them.
-    const size_t last = (static_cast<size_t>(count) - 1) * record_words + su::header_size / 4;
+    const size_t last = (static_cast<size_t>(count(block)) - 1) * record_words + su::header_size / 4;
     std::copy_n(block1.begin() + static_cast<long>(last), samples, state.r4_trace.begin());
     std::copy_n(block2.begin() + static_cast<long>(last), samples, file2_trace.begin());
-    for (size_t j = 0; j < static_cast<size_t>(count); ++j, ++i) {
+    for (size_t j = 0; j < static_cast<size_t>(count(block)); ++j, ++i) {
       set_progress("ProgressBar1", to_i32(i / 5.0));
       float* a = block1.data() + j * record_words + su::header_size / 4;
       const float* b = block2.data() + j * record_words + su::header_size / 4;
@@ -182,8 +183,9 @@ void substract::Combine(Operator op) {
       else
         for (size_t k = 0; k < samples; ++k) a[k] = s1 * a[k] + s2 * b[k];
     }
-    f3.write_block(start, block1);
-  }
+    f3.write_block(static_cast<int64_t>(record) * (first(block) - 1), block1);
+  };
+  read_blocks_ahead(blocks, true, read, work);
   // A last trace that the rounded count reaches past the end: read as far
   // as the files go, the samples of the trace before filling the rest.
   for (; i <= state.nb_traces; ++i) {

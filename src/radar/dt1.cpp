@@ -53,7 +53,7 @@ DT1::DT1(App& owner) : Panel(owner, "DT1", "Radar EKKO DT1 to SU") {
 
 void DT1::Choix_IP() {
   resume_next([&] {
-    state.file_in = radar::record_dialog(platform, "DT1 file selection", "Record |*.DT1|All files|*.*|", "*.dt1",
+    state.file_in = record_dialog(platform, "DT1 file selection", "Record |*.DT1|All files|*.*|", "*.dt1",
                                          state.data_folder);
   });
   set_text("Text1", state.file_in);

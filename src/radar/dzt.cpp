@@ -73,7 +73,7 @@ void DZT::form_load() {
 
 void DZT::Choix_IP() {
   resume_next([&] {
-    state.file_in = radar::record_dialog(platform, "DZT file selection", "Radar DZT |*.DZT", "", state.data_folder);
+    state.file_in = record_dialog(platform, "DZT file selection", "Radar DZT |*.DZT", "", state.data_folder);
   });
   set_text("Text1", state.file_in);
   resume_next([&] { set_text("Text2", su_name(state.file_in)); });

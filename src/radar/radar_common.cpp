@@ -17,17 +17,6 @@ BinaryFile& open_existing(FileTable& files, int number, const std::string& name)
   return files.open(number, path);
 }
 
-std::string record_dialog(Platform& platform, const std::string& title, const std::string& filter,
-                          const std::string& file_name, const std::string& data_folder) {
-  FileDialogRequest dialog;
-  dialog.initial_dir = data_folder;
-  dialog.title = title;
-  dialog.filter = filter;
-  dialog.file_name = file_name;
-  dialog.filter_index = 1;
-  return platform.file_dialog(dialog);
-}
-
 std::string su_file_dialog(Platform& platform) {
   FileDialogRequest dialog;
   dialog.title = "SU file selection";

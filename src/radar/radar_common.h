@@ -19,10 +19,6 @@ namespace tf::radar {
 // empty file.
 BinaryFile& open_existing(FileTable& files, int number, const std::string& name);
 
-// The record dialog of the radar panels: one file, the data folder first,
-// the first filter; a cancel gives back `file_name`.
-std::string record_dialog(Platform& platform, const std::string& title, const std::string& filter,
-                          const std::string& file_name, const std::string& data_folder);
 // The output dialog of the DZT and DT1 panels.
 std::string su_file_dialog(Platform& platform);
 

@@ -56,7 +56,7 @@ Radar_F::Radar_F(App& owner) : Panel(owner, "Radar_F", "RAMAC  file conversion")
 void Radar_F::Lit_RAMAC() {
   std::string chosen;
   resume_next([&] {
-    chosen = radar::record_dialog(platform, "File selection", "Radar files|*.rd3|All files|*.*|", "*.rd3",
+    chosen = record_dialog(platform, "File selection", "Radar files|*.rd3|All files|*.*|", "*.rd3",
                                   state.data_folder);
   });
   set_text("Text1", chosen);

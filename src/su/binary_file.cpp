@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <sstream>
 #include <vector>
 
@@ -140,7 +141,7 @@ BinaryFile& FileTable::operator[](int number) {
 
 // What is gathered for a file goes out before the file closes.
 void FileTable::close(int number) {
-  write_pending();
+  if (auto it = files_.find(number); it != files_.end()) write_pending(it->second.get());
   files_.erase(number);
 }
 void FileTable::close_all() {
@@ -195,6 +196,25 @@ void ReadAhead::read_at(int64_t pos, void* data, size_t size) {
     file.read_at(start_, bytes_.data(), bytes_.size());
   }
   std::memcpy(data, bytes_.data() + (pos - start_), static_cast<size_t>(inside));
+}
+
+void read_blocks_ahead(int32_t blocks, bool in_background, const std::function<void(int32_t, int)>& read,
+                       const std::function<void(int32_t, int)>& work) {
+  if (blocks <= 0) return;
+  read(0, 0);
+  for (int32_t b = 0; b < blocks; ++b) {
+    std::future<void> next;  // waited for by its destructor if the work fails
+    if (b + 1 < blocks)
+      next = std::async(in_background ? std::launch::async : std::launch::deferred, read, b + 1, (b + 1) % 2);
+    work(b, b % 2);
+    if (next.valid()) next.get();
+  }
+}
+
+void copy_whole_file(const std::string& from, const std::string& to, int error) {
+  std::error_code ec;
+  std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing, ec);
+  if (ec) throw RunTimeError(error);
 }
 
 int64_t file_length(const std::string& path) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -103,6 +104,18 @@ class ReadAhead {
   int64_t start_ = 0;
   std::vector<uint8_t> bytes_;
 };
+
+// Blocks 0 to `blocks` - 1 of a file walk: `read(b, slot)` fills buffer
+// `slot` (0 or 1) with block b, then `work(b, slot)` uses it. In the
+// background, block b + 1 is read on a second thread while block b is worked
+// on; a caller lets it only where the work writes nothing that the next read
+// covers. A failing read fails where the walk waits for it, after the work
+// of the block before.
+void read_blocks_ahead(int32_t blocks, bool in_background, const std::function<void(int32_t, int)>& read,
+                       const std::function<void(int32_t, int)>& work);
+
+// A whole file copied over another; `error` when it cannot be.
+void copy_whole_file(const std::string& from, const std::string& to, int error);
 
 // Length of a file by name; error 53 when it is missing.
 int64_t file_length(const std::string& path);

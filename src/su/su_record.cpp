@@ -37,7 +37,9 @@ void write_word(BinaryFile& file, int64_t trace_pos, const HeaderWord& w, int32_
 }
 
 RecordImage::RecordImage(FileTable& files, int number) : files_(files), number_(number) {
-  add_pending_writes(this, [this] { flush(); });
+  add_pending_writes(this, [this](const void* closing) {
+    if (!closing || closing == &files_[number_]) flush();
+  });
 }
 
 RecordImage::~RecordImage() {
@@ -104,9 +106,7 @@ void RecordImage::zero_words(int first, int end, int width) {
   }
 }
 
-void RecordImage::flush() {
-  if (bytes_.empty()) return;
-  BinaryFile& file = files_[number_];
+void RecordImage::fill_gaps(BinaryFile& file) {
   // Fill the gaps between the written words with the file's own bytes; past
   // the end of the file they stay zero, as the file grows with zeros.
   if (base_ < file.length()) {
@@ -145,11 +145,37 @@ void RecordImage::flush() {
         if (!written_[i]) bytes_[i] = under_[i];
     }
   }
-  // Leading bytes that no write touched are left out of the write.
+}
+
+void RecordImage::wait_behind() {
+  if (behind_.valid()) behind_.get();
+}
+
+// Leading bytes that no write touched are left out of the write.
+size_t RecordImage::first_written() const {
   const void* touched = std::memchr(written_.data(), 1, written_.size());
-  size_t first = touched ? static_cast<size_t>(static_cast<const uint8_t*>(touched) - written_.data()) : written_.size();
-  file.write_at(base_ + static_cast<int64_t>(first), bytes_.data() + first, bytes_.size() - first);
-  begin(base_ + static_cast<int64_t>(bytes_.size()));
+  return touched ? static_cast<size_t>(static_cast<const uint8_t*>(touched) - written_.data()) : written_.size();
+}
+
+void RecordImage::flush() { write_out(false); }
+void RecordImage::flush_behind() { write_out(true); }
+
+void RecordImage::write_out(bool behind) {
+  wait_behind();
+  if (bytes_.empty()) return;
+  BinaryFile& file = files_[number_];
+  fill_gaps(file);
+  const size_t first = first_written();
+  const int64_t at = base_ + static_cast<int64_t>(first), next = base_ + static_cast<int64_t>(bytes_.size());
+  if (!behind) {
+    file.write_at(at, bytes_.data() + first, bytes_.size() - first);
+  } else {
+    std::swap(bytes_, behind_bytes_);  // the two buffers take turns
+    behind_ = std::async(std::launch::async, [&file, this, at, first] {
+      file.write_at(at, behind_bytes_.data() + first, behind_bytes_.size() - first);
+    });
+  }
+  begin(next);
 }
 
 void put_channel_words(RecordImage& image, int32_t fldr, int32_t tracf) {

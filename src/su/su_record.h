@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <future>
 #include <memory>
 #include <new>
 #include <utility>
@@ -133,11 +134,20 @@ class RecordImage {
   // Writes the image: one read of what lies under it, one write. Error 52
   // when its file is not open.
   void flush();
+  // The same, the write left to a second thread while the next traces are
+  // gathered: for a record written whole while the next is read. Whatever
+  // needs the file on disk (a box, its close, the next flush) waits for it;
+  // a failing write fails there.
+  void flush_behind();
 
   static constexpr size_t write_out_size = 64u << 20;
 
  private:
   void touch(int offset, size_t size);
+  void fill_gaps(BinaryFile& file);
+  size_t first_written() const;
+  void wait_behind();
+  void write_out(bool behind);
   FileTable& files_;
   int number_;
   int64_t base_ = 0;
@@ -159,6 +169,8 @@ class RecordImage {
   Bytes bytes_;
   Bytes written_;
   std::vector<uint8_t> under_;
+  Bytes behind_bytes_;
+  std::future<void> behind_;
 };
 
 // The words of a field record's channel that the importers write in this

@@ -1,7 +1,7 @@
 #!/bin/bash
 # A line of Bison 5000 records that makes 50 MB of SU converts within 2 times
 # what cp takes for the output's bytes (best of five each).
-# usage: field_speed_check.sh TRACEFOLD_RUN MAKE_RECORDS
+# usage: bison_speed.sh TRACEFOLD_RUN MAKE_RECORDS
 set -eu
 run=$1 make_records=$2
 source "$(dirname "$0")/speed_support.sh"
