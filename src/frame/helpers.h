@@ -12,6 +12,14 @@ namespace tf {
 
 class App;
 
+// Each line followed by `end`: the text of a help or information box.
+template <typename Lines>
+std::string ended_lines(const Lines& lines, const std::string& end = "\r\n") {
+  std::string text;
+  for (const char* line : lines) text += std::string(line) + end;
+  return text;
+}
+
 // 1 when a plain file matches the name (wildcards allowed), else 0.
 int File_Exists(const std::string& name);
 

@@ -353,8 +353,7 @@ void Utility::option23_ascii() {
 }
 
 void Utility::info() {
-  std::string text;
-  for (const char* line : info_lines) text += line + state.crlf;
+  std::string text = ended_lines(info_lines, state.crlf);
   message(platform, text, Icon::information);
 }
 

@@ -86,8 +86,7 @@ void Ambrogeo::Select_i() {
 }
 
 void Ambrogeo::info() {
-  std::string text;
-  for (const char* line : help_lines) text += line + state.crlf;
+  std::string text = ended_lines(help_lines, state.crlf);
   message(platform, text);
 }
 

@@ -55,8 +55,7 @@ void Bison2su::Choix_OP() {
 }
 
 void Bison2su::info() {
-  std::string text;
-  for (const char* line : help_lines) text += line + state.crlf;
+  std::string text = ended_lines(help_lines, state.crlf);
   message(platform, text);
 }
 

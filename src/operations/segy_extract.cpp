@@ -46,8 +46,7 @@ std::string ask(Platform& platform, const std::string& prompt, const std::string
 void Extract_SEGY(App& app) {
   Platform& platform = app.platform;
   FileTable& files = app.files;
-  std::string intro;
-  for (const char* line : intro_lines) intro += line + app.state.crlf;
+  std::string intro = ended_lines(intro_lines, app.state.crlf);
   if (message(platform, intro, Icon::information, Buttons::ok_cancel) != Answer::ok) return;
   const std::string input = platform.file_dialog(segy_dialog(false));
   if (input.size() < shortest_name) return;

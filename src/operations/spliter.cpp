@@ -82,8 +82,7 @@ spliter::spliter(App& owner) : Panel(owner, "spliter", "Brenholt File spliter") 
 
 void spliter::form_load() {
   for (const char* s : sizes) add_item("Combo1", s);
-  std::string help;
-  for (const char* line : help_lines) help += std::string(line) + "\r\n";
+  std::string help = ended_lines(help_lines);
   set_text("Text2", help);
 }
 

@@ -67,8 +67,7 @@ Stack_Time::Stack_Time(App& owner) : Panel(owner, "Stack_Time", "Append traces")
 }
 
 void Stack_Time::info() {
-  std::string text;
-  for (const char* line : help_lines) text += std::string(line) + "\r\n";
+  std::string text = ended_lines(help_lines);
   message(platform, text, Icon::information);
 }
 

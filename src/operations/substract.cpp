@@ -87,8 +87,7 @@ std::string substract::choose() {
 }
 
 void substract::info() {
-  std::string text;
-  for (const char* line : help_lines) text += std::string(line) + "\r\n";
+  std::string text = ended_lines(help_lines);
   message(platform, text, Icon::information);
 }
 

@@ -93,8 +93,7 @@ void DT1::Choix_OP() {
 }
 
 void DT1::info() {
-  std::string text;
-  for (const char* line : help_lines) text += line + state.crlf;
+  std::string text = ended_lines(help_lines, state.crlf);
   message(platform, text);
 }
 

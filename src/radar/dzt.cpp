@@ -128,8 +128,7 @@ void DZT::Choix_OP() {
 }
 
 void DZT::info() {
-  std::string text;
-  for (const char* line : help_lines) text += line + state.crlf;
+  std::string text = ended_lines(help_lines, state.crlf);
   message(platform, text, Icon::information);
 }
 

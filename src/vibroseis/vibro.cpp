@@ -120,8 +120,7 @@ void vibro::Command1_Click() {
 }
 
 void vibro::Command2_Click() {
-  std::string text;
-  for (const char* line : info_lines) text += line + state.crlf;
+  std::string text = ended_lines(info_lines, state.crlf);
   message(platform, text, Icon::information);
 }
 

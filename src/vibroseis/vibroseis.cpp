@@ -322,8 +322,7 @@ void vibroseis::correlate_trace_wise() {
 }
 
 void vibroseis::Command4_Click() {
-  std::string text;
-  for (const char* line : info_lines) text += line + state.crlf;
+  std::string text = ended_lines(info_lines, state.crlf);
   message(platform, text);
 }
 

@@ -245,8 +245,7 @@ void digit::ask_number(const char* prompt, int16_t& setting) {
 }
 
 void digit::xinfo() {
-  std::string text;
-  for (const char* line : help_lines) text += std::string(line) + "\r\n";
+  std::string text = ended_lines(help_lines);
   message(platform, text);
 }
 

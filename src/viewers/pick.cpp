@@ -242,8 +242,7 @@ void pick::read_at_position() {
 }
 
 void pick::Command3_Click() {
-  std::string text;
-  for (const char* line : help_lines) text += std::string(line) + "\r\n";
+  std::string text = ended_lines(help_lines);
   message(platform, text, Icon::information);
 }
 
