@@ -274,13 +274,14 @@ TEST(TraceDisplay, EdgeCases) {
   }
 }
 
+// After a drawing the picture shows the cross pointer.
 TEST(TraceDisplay, MoveGivesTimeAndTrace) {
   TempDir dir;
   write_bytes(dir.file("conv_test.su"), su_record(2, 4, [](int, int k) { return float(k); }));
   RunnerOptions options;
   options.app_dir = dir.str();
   auto r = run("show SEGY\nset SEGY.Text5 2\nset SEGY.Text13 3\nmove SEGY.ecran 45 500\ndump SEGY\n", options);
-  expect_in(control_in_dump(r.dump("SEGY"), "ecran"), {"\"tooltip\":\" 250 ms Trace= 2\""});
+  expect_in(control_in_dump(r.dump("SEGY"), "ecran"), {"\"tooltip\":\" 250 ms Trace= 2\"", "\"pointer\":2"});
 }
 
 // A 24-trace record of 1000 samples on 480 x 360 pixels: every lobe is

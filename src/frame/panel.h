@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -83,6 +84,7 @@ struct Control {
   std::vector<DrawnShape> shapes;  // in drawing order, after the lines
   int32_t pen_color = 0;
   int32_t fill_color = 0x808080;
+  std::optional<Pointer> pointer;  // the mouse pointer over the control, where one is set
   std::function<void(MouseButton, double, double)> on_mouse_down;  // user units
   std::function<void(double, double)> on_mouse_move;
   std::function<void()> on_click;

@@ -103,6 +103,7 @@ void Display_SU(App& app, Panel& panel, std::string& file) {
     fill.clear();
   }
   resume_next([&] { files.close_all(); });
+  ecran.pointer = Pointer::cross;
   panel.refresh("ecran");
 }
 

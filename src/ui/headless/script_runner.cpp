@@ -106,6 +106,7 @@ std::string dump_control(const Control& c) {
   j.add("kind", kind_name(c.kind)).add("caption", c.caption).add("text", c.text).add("value", c.value);
   j.add("enabled", c.enabled).add("visible", c.visible).add("locked", c.locked).add("bold", c.bold);
   if (!c.tooltip.empty()) j.add("tooltip", c.tooltip);
+  if (c.pointer) j.add("pointer", static_cast<int>(*c.pointer));
   if (c.kind == Kind::list || c.kind == Kind::combo || c.kind == Kind::tabs) {
     j.add("items", c.items);
     j.add("list_index", c.list_index);

@@ -739,6 +739,7 @@ void PanelWindow::update(Control& c) {
     w->setFont(font);
   }
   w->setToolTip(q(c.tooltip));
+  if (c.pointer) w->setCursor(cursor_shape(*c.pointer));
   w->setEnabled(c.enabled);
   w->setVisible(c.visible);
 }

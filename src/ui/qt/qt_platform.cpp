@@ -65,6 +65,8 @@ QMessageBox::Icon box_icon(Icon icon) {
   }
 }
 
+}  // namespace
+
 Qt::CursorShape cursor_shape(Pointer pointer) {
   switch (pointer) {
     case Pointer::hourglass: return Qt::WaitCursor;
@@ -72,8 +74,6 @@ Qt::CursorShape cursor_shape(Pointer pointer) {
     default: return Qt::ArrowCursor;
   }
 }
-
-}  // namespace
 
 // After Quit, whatever a panel's handler still asks of the desktop ends the
 // handler: a retry loop, an input loop or a polling wait goes no further.

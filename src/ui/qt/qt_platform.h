@@ -13,12 +13,17 @@
 #include <string>
 #include <vector>
 
+#include <Qt>
+
 #include "frame/panel.h"
 #include "frame/platform.h"
 
 namespace tf {
 
 class PanelWindow;
+
+// The desktop's pointer for a panel or control pointer.
+Qt::CursorShape cursor_shape(Pointer pointer);
 
 // "Record |*.dat|All files|*.*|" as the dialog's filters: "Record (*.dat)",
 // "All files (*.*)".
