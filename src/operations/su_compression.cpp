@@ -16,6 +16,20 @@ namespace {
 // even one: adding and taking away 1.5 * 2^23 rounds it in the default mode.
 float nearest_even(float value) { return (value + 12582912.0f) - 12582912.0f; }
 
+// The samples times the factor into 16 bits. A product past the 16-bit
+// range (or no number) overflows: the sample keeps the value of the trace
+// before. Both tests are taken without a branch, so that the loop runs on
+// vectors, on the widest that the processor has.
+VECTOR_CLONES void compress_samples(const float* samples, int16_t* kept, int32_t ns, float scale) {
+  for (int32_t i = 0; i < ns; ++i) {
+    const float product = scale * samples[i];
+    const float rounded = nearest_even(product);
+    const bool fits = (product >= -32768.5f) & (rounded <= 32767.0f);
+    const auto value = static_cast<int16_t>(static_cast<int32_t>(fits ? rounded : 0.0f));
+    kept[i] = fits ? value : kept[i];
+  }
+}
+
 constexpr int input_file = 3, output_file = 4;
 constexpr double peak_target = 10000;
 
@@ -107,20 +121,8 @@ void SU_Compress(App& app) {
   resume_next([&] { factor = to_i16(leading_number(app.platform.input_box(ask))); });
   if (factor == 0) factor = 1;
 
-  // A product past the 16-bit range (or no number) overflows: the sample
-  // keeps the value of the trace before.
-  auto convert = [&] {
-    const auto scale = static_cast<float>(factor);
-    const float* samples = &state.r4_trace[1];
-    int16_t* kept = &state.i2_trace[1];
-    for (int32_t i = 0; i < ns; ++i) {
-      const float product = scale * samples[i];
-      const float rounded = nearest_even(product);
-      // Both tests taken without a branch, so that the loop runs on vectors.
-      const bool fits = (product >= -32768.5f) & (rounded <= 32767.0f);
-      const auto value = static_cast<int16_t>(static_cast<int32_t>(fits ? rounded : 0.0f));
-      kept[i] = fits ? value : kept[i];
-    }
+  auto convert = [&](const void* samples) {
+    compress_samples(static_cast<const float*>(samples), &state.i2_trace[1], ns, static_cast<float>(factor));
   };
   const RecordBuffers buffers{&state.header_bytes[1], &state.r4_trace[1], 4 * static_cast<size_t>(ns), &state.i2_trace[1],
                               2 * static_cast<size_t>(ns)};
@@ -149,8 +151,9 @@ void SU_Uncompress(App& app) {
   const int64_t in_record = su::header_size + 2 * static_cast<int64_t>(ns);
   const int64_t out_record = su::header_size + 4 * static_cast<int64_t>(ns);
   // The factor is stored nowhere: the samples stay multiplied by it.
-  auto convert = [&] {
-    for (int32_t i = 1; i <= ns; ++i) state.r4_trace[static_cast<size_t>(i)] = state.i2_trace[static_cast<size_t>(i)];
+  auto convert = [&](const void* samples) {
+    const auto* words = static_cast<const int16_t*>(samples);
+    for (int32_t i = 0; i < ns; ++i) state.r4_trace[static_cast<size_t>(i) + 1] = words[i];
   };
   const RecordBuffers buffers{&state.header_bytes[1], &state.i2_trace[1], 2 * static_cast<size_t>(ns), &state.r4_trace[1],
                               4 * static_cast<size_t>(ns)};

@@ -24,7 +24,7 @@ int32_t traces_by_record_size(int64_t length, int64_t record_size) {
 }
 
 void convert_records(FileTable& files, int input, int output, int32_t traces, int64_t in_record, int64_t out_record,
-                     const RecordBuffers& b, const std::function<void()>& convert) {
+                     const RecordBuffers& b, const std::function<void(const void*)>& convert) {
   int64_t length = 0;
   bool apart = false;
   resume_next([&] {
@@ -36,8 +36,8 @@ void convert_records(FileTable& files, int input, int output, int32_t traces, in
   const int32_t blocks = (whole + per_block - 1) / per_block;
   auto first = [per_block](int32_t block) { return block * per_block + 1; };
   auto count = [&](int32_t block) { return std::min(per_block, whole - first(block) + 1); };
-  // Whole records by blocks; between two files the next block is read
-  // while this one is converted and written.
+  // Whole records by blocks, converted where they lie; between two files the
+  // next block is read while this one is converted and written.
   std::vector<uint8_t> in_blocks[2], out_block;
   auto read = [&](int32_t block, int slot) {
     in_blocks[slot].resize(static_cast<size_t>(count(block) * in_record));
@@ -45,15 +45,16 @@ void convert_records(FileTable& files, int input, int output, int32_t traces, in
   };
   auto work = [&](int32_t block, int slot) {
     out_block.resize(static_cast<size_t>(count(block) * out_record));
-    for (int32_t j = 0; j < count(block); ++j) {
-      const uint8_t* from = in_blocks[slot].data() + j * in_record;
-      std::memcpy(b.header, from, su::header_size);
-      std::memcpy(b.samples_in, from + su::header_size, b.in_bytes);
-      convert();
+    const uint8_t* from = in_blocks[slot].data();
+    for (int32_t j = 0; j < count(block); ++j, from += in_record) {
+      convert(from + su::header_size);
       uint8_t* to = out_block.data() + j * out_record;
-      std::memcpy(to, b.header, su::header_size);
+      std::memcpy(to, from, su::header_size);
       std::memcpy(to + su::header_size, b.samples_out, b.out_bytes);
     }
+    from -= in_record;
+    std::memcpy(b.header, from, su::header_size);
+    std::memcpy(b.samples_in, from + su::header_size, b.in_bytes);
     resume_next([&] { files[output].write_at((first(block) - 1) * out_record, out_block.data(), out_block.size()); });
   };
   read_blocks_ahead(blocks, apart, read, work);
@@ -61,7 +62,7 @@ void convert_records(FileTable& files, int input, int output, int32_t traces, in
   for (; k <= traces; ++k) {
     resume_next([&] { files[input].read_at((k - 1) * in_record, b.header, su::header_size); });
     resume_next([&] { files[input].read_at((k - 1) * in_record + su::header_size, b.samples_in, b.in_bytes); });
-    convert();
+    convert(b.samples_in);
     resume_next([&] { files[output].write_at((k - 1) * out_record, b.header, su::header_size); });
     resume_next([&] { files[output].write_at((k - 1) * out_record + su::header_size, b.samples_out, b.out_bytes); });
   }

@@ -9,6 +9,14 @@
 
 #include "su/binary_file.h"
 
+// A sample loop built for the wider vectors too (where the compiler can),
+// the one the processor has chosen when the program starts.
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__linux__)
+#define VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
+#else
+#define VECTOR_CLONES
+#endif
+
 namespace tf {
 
 // ns and dt (int16 at 114 and 116) of the first trace, through file
@@ -21,7 +29,8 @@ void read_first_ns_dt(FileTable& files, int number, const std::string& file, int
 int32_t traces_by_record_size(int64_t length, int64_t record_size);
 
 // Where a record of one file is rewritten into another: its header, its
-// samples as read and its samples as written.
+// samples as read and its samples as written. After a rewrite they hold the
+// last record, as a walk record by record leaves them.
 struct RecordBuffers {
   void* header;
   void* samples_in;
@@ -30,13 +39,14 @@ struct RecordBuffers {
   size_t out_bytes;
 };
 
-// Records 1 to `traces` of file `input` read, converted and written to file
+// Records 1 to `traces` of file `input` read, converted (`convert` is given
+// the samples as read and fills the samples to write) and written to file
 // `output` with their headers, record k at (k - 1) times the record size of
 // each file. Whole records go by blocks of about 4 MB, one read and one
 // write a block; a record that the count reaches past the end is read as far
 // as the file goes. Failing reads and writes are passed over.
 void convert_records(FileTable& files, int input, int output, int32_t traces, int64_t in_record, int64_t out_record,
-                     const RecordBuffers& buffers, const std::function<void()>& convert);
+                     const RecordBuffers& buffers, const std::function<void(const void* samples)>& convert);
 
 // Traces gathered before a write: about 4 MB, so that the gathering buffer
 // stays in the cache and is reused from write to write.
