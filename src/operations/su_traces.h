@@ -10,8 +10,10 @@
 #include "su/binary_file.h"
 
 // A sample loop built for the wider vectors too (where the compiler can),
-// the one the processor has chosen when the program starts.
-#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__linux__)
+// the one the processor has chosen when the program starts. Not under the
+// sanitizers: their checks in the chooser run before they are set up.
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__linux__) && \
+    !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
 #else
 #define VECTOR_CLONES
