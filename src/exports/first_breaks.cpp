@@ -31,12 +31,7 @@ constexpr int16_t exit_step = 99;
 
 // The dialog of both buttons.
 std::string su_file_dialog(App& app) {
-  FileDialogRequest dialog;
-  dialog.initial_dir = app.state.data_folder;
-  dialog.title = "SU File selection";
-  dialog.filter = "File SU SU |*.SU|";
-  dialog.file_name = "*.SU";
-  return app.platform.file_dialog(dialog);
+  return record_dialog(app.platform, "SU File selection", "File SU SU |*.SU|", "*.SU", app.state.data_folder, 0);
 }
 
 // The name less its last `count` characters; a shorter name fails (error 5).

@@ -48,8 +48,7 @@ Selection take_pieces(std::string& text, int capacity) {
   return s;
 }
 
-namespace {
-std::string folder_dialog(Platform& platform, const std::string& title, const std::string& filter,
+std::string record_dialog(Platform& platform, const std::string& title, const std::string& filter,
                           const std::string& file_name, const std::string& data_folder, int filter_index, int flags) {
   FileDialogRequest dialog;
   dialog.flags = flags;
@@ -60,16 +59,10 @@ std::string folder_dialog(Platform& platform, const std::string& title, const st
   dialog.filter_index = filter_index;
   return platform.file_dialog(dialog);
 }
-}  // namespace
 
 std::string records_dialog(Platform& platform, const std::string& title, const std::string& filter,
                            const std::string& file_name, const std::string& data_folder, int filter_index) {
-  return folder_dialog(platform, title, filter, file_name, data_folder, filter_index, 512);
-}
-
-std::string record_dialog(Platform& platform, const std::string& title, const std::string& filter,
-                          const std::string& file_name, const std::string& data_folder) {
-  return folder_dialog(platform, title, filter, file_name, data_folder, 1, 0);
+  return record_dialog(platform, title, filter, file_name, data_folder, filter_index, 512);
 }
 
 RecordChoice read_record_choice(const std::string& dialog_text, SingleChoice single) {

@@ -34,10 +34,11 @@ Selection take_pieces(std::string& text, int capacity);
 // data folder first; gives the one text that comes back.
 std::string records_dialog(Platform& platform, const std::string& title, const std::string& filter,
                            const std::string& file_name, const std::string& data_folder, int filter_index = 0);
-// The same for one file, the first filter chosen: the radar and exchange
-// panels. A cancel gives back `file_name`.
+// The same for one file (the radar and exchange panels choose the first
+// filter); a cancel gives back `file_name`.
 std::string record_dialog(Platform& platform, const std::string& title, const std::string& filter,
-                          const std::string& file_name, const std::string& data_folder);
+                          const std::string& file_name, const std::string& data_folder, int filter_index = 1,
+                          int flags = 0);
 
 // A dialog text read as the importers read it. No blank: one file. With a
 // blank, the folder and names, cut at the blanks (a single path holding a

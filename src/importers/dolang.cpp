@@ -105,12 +105,8 @@ void DOLANG::Select_i() {
 }
 
 void DOLANG::Read_info_file() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "DOLANG Info File selection";
-  dialog.filter = "Info files|*.adt|All files|*.*|";
-  dialog.file_name = "*.adt";
-  set_text("Text8", platform.file_dialog(dialog));
+  set_text("Text8", record_dialog(platform, "DOLANG Info File selection", "Info files|*.adt|All files|*.*|", "*.adt",
+                                  state.data_folder, 0));
   Lecture_adt();
 }
 

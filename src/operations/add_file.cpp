@@ -63,13 +63,8 @@ void Add_file::show_range(const std::string& name) {
 
 // The input dialog; its name goes to Text1 and file_in.
 std::string Add_file::choose_input(int flags) {
-  FileDialogRequest dialog;
-  dialog.flags = flags;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "SU File selection";
-  dialog.filter = "SU file |*.SU|All files|*.*|";
-  dialog.file_name = "*.SU";
-  const std::string name = platform.file_dialog(dialog);
+  const std::string name =
+      record_dialog(platform, "SU File selection", "SU file |*.SU|All files|*.*|", "*.SU", state.data_folder, 0, flags);
   set_text("Text1", name);
   state.file_in = name;
   return name;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
 #include "operations/su_files.h"
@@ -50,12 +51,7 @@ void reversex::form_load() {
 }
 
 void reversex::load_file() {
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "Load ";
-  dialog.filter = "Seismic Unix (SU)|*.SU|All files|*.*|";
-  dialog.file_name = "*.SU";
-  set_text("Text1", platform.file_dialog(dialog));
+  set_text("Text1", record_dialog(platform, "Load ", "Seismic Unix (SU)|*.SU|All files|*.*|", "*.SU", state.data_folder, 0));
   lecture_XFichier();
 }
 

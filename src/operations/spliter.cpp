@@ -91,13 +91,8 @@ Answer spliter::box(const std::string& text, Icon icon, Buttons buttons) {
 }
 
 void spliter::choose(const std::string& dialog_title, const std::string& field) {
-  FileDialogRequest r;
-  r.title = dialog_title;
-  r.filter = "All files|*.*|";
-  r.file_name = "*.*";
-  r.initial_dir = state.data_folder;
   std::string chosen;
-  resume_next([&] { chosen = platform.file_dialog(r); });
+  resume_next([&] { chosen = record_dialog(platform, dialog_title, "All files|*.*|", "*.*", state.data_folder, 0); });
   if (chosen == "*.*") {
     set_pointer(Pointer::arrow);
     return;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
 #include "operations/su_traces.h"
@@ -72,12 +73,7 @@ std::string substract::choose() {
   resume_next([&] {
     std::error_code ec;
     if (!state.data_folder.empty()) std::filesystem::current_path(native_path(state.data_folder), ec);
-    FileDialogRequest r;
-    r.title = "SU File selection";
-    r.filter = "SU File |*.SU|All files|*.*|";
-    r.file_name = "*.SU";
-    r.initial_dir = state.data_folder;
-    chosen = platform.file_dialog(r);
+    chosen = record_dialog(platform, "SU File selection", "SU File |*.SU|All files|*.*|", "*.SU", state.data_folder, 0);
   });
   if (chosen == "*.SU") {
     platform.set_pointer("Utility", Pointer::arrow);

@@ -1,5 +1,6 @@
 #include "operations/trace_edits.h"
 
+#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/panel.h"
 #include "operations/su_files.h"
@@ -77,12 +78,7 @@ void Modify_FBP(App& app) {
   Platform& platform = app.platform;
   FileTable& files = app.files;
   SessionState& state = app.state;
-  FileDialogRequest dialog;
-  dialog.initial_dir = state.data_folder;
-  dialog.title = "SU file selection";
-  dialog.filter = "Record |*.SU|";
-  dialog.file_name = "*.SU*";
-  state.file_in = platform.file_dialog(dialog);
+  state.file_in = record_dialog(platform, "SU file selection", "Record |*.SU|", "*.SU*", state.data_folder, 0);
 
   std::string prompt;
   for (const char* line : mode_lines) prompt += (prompt.empty() ? "" : state.crlf) + line;

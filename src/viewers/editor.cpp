@@ -1,5 +1,6 @@
 #include "viewers/editor.h"
 
+#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
 
@@ -74,12 +75,8 @@ void editor::load_text(const std::string& file) {
 }
 
 void editor::open_Click() {
-  FileDialogRequest ask;
-  ask.initial_dir = state.data_folder;
-  ask.title = dialog_title;
-  ask.filter = "SU history File |*.TXT|ll files|*.*|";
-  ask.file_name = "*.TXT";
-  state.editor_file = platform.file_dialog(ask);
+  state.editor_file = record_dialog(platform, dialog_title, "SU history File |*.TXT|ll files|*.*|", "*.TXT",
+                                    state.data_folder, 0);
   load_text(state.editor_file);
 }
 

@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "frame/file_selection.h"
 #include "frame/helpers.h"
 #include "frame/paths.h"
 #include "su/su_record.h"
@@ -148,14 +149,10 @@ void pick::form_load() {
 }
 
 void pick::Command1_Click() {
-  FileDialogRequest ask;
-  ask.flags = 4096;  // the file must exist
-  ask.initial_dir = state.data_folder;
-  ask.title = "Qualtor File selection";
-  ask.filter = "Seismic Unix (SU)|*.SU|SEG-Y files|*.SGY|All files|*.*|";
-  ask.filter_index = 1;
-  ask.file_name = "*.SU";
-  set_text("Text1", platform.file_dialog(ask));
+  constexpr int file_must_exist = 4096;
+  set_text("Text1", record_dialog(platform, "Qualtor File selection",
+                                  "Seismic Unix (SU)|*.SU|SEG-Y files|*.SGY|All files|*.*|", "*.SU", state.data_folder, 1,
+                                  file_must_exist));
   state.current_file = text("Text1");
   show_file_size();
 }
