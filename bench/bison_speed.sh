@@ -16,4 +16,4 @@ click Bison.Command5
 set Bison.Text2 "$work/line.su"
 click Bison.Command1
 SCRIPT
-within_of_cp 2 "$work/line.su" "$run" "$work/line.tfs"
+run_within_of_cp 2 "$work/line.su" "OK, Conversion done" "$run" "$work/line.tfs"

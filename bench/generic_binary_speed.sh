@@ -20,6 +20,4 @@ set sisforme.Text2 "$work/line.su"
 click sisforme.Command1
 SCRIPT
 source "$(dirname "$0")/speed_support.sh"
-convert() { rm -f "$work/line.su"; "$run" "$work/line.tfs"; }
-convert | grep -q '"OK, Conversion done"' || { echo "the conversion did not finish: 0 passed, 1 failed"; exit 1; }
-within_of_cp 2 "$work/line.su" convert
+run_within_of_cp 2 "$work/line.su" "OK, Conversion done" "$run" "$work/line.tfs"

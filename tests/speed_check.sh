@@ -17,6 +17,4 @@ set es1225.Text2 "$work/line.su"
 click es1225.Command1
 SCRIPT
 source "$(dirname "$0")/../bench/speed_support.sh"
-convert() { rm -f "$work/line.su"; "$run" "$work/line.tfs"; }
-convert | grep -q '"Conversion done"' || { echo "the conversion did not finish: 0 passed, 1 failed"; exit 1; }
-within_of_cp 3 "$work/line.su" convert
+run_within_of_cp 3 "$work/line.su" "Conversion done" "$run" "$work/line.tfs"
