@@ -32,21 +32,17 @@ void convert_records(FileTable& files, int input, int output, int32_t traces, in
     apart = files[input].path() != files[output].path();
   });
   const int32_t whole = static_cast<int32_t>(std::min<int64_t>(traces, in_record > 0 ? length / in_record : 0));
-  const int32_t per_block = traces_per_write(in_record);
-  const int32_t blocks = (whole + per_block - 1) / per_block;
-  auto first = [per_block](int32_t block) { return block * per_block + 1; };
-  auto count = [&](int32_t block) { return std::min(per_block, whole - first(block) + 1); };
   // Whole records by blocks, converted where they lie; between two files the
   // next block is read while this one is converted and written.
   std::vector<uint8_t> in_blocks[2], out_block;
-  auto read = [&](int32_t block, int slot) {
-    in_blocks[slot].resize(static_cast<size_t>(count(block) * in_record));
-    resume_next([&] { files[input].read_at((first(block) - 1) * in_record, in_blocks[slot].data(), in_blocks[slot].size()); });
+  auto read = [&](int32_t first, int32_t count, int slot) {
+    in_blocks[slot].resize(static_cast<size_t>(count * in_record));
+    resume_next([&] { files[input].read_at((first - 1) * in_record, in_blocks[slot].data(), in_blocks[slot].size()); });
   };
-  auto work = [&](int32_t block, int slot) {
-    out_block.resize(static_cast<size_t>(count(block) * out_record));
+  auto work = [&](int32_t first, int32_t count, int slot) {
+    out_block.resize(static_cast<size_t>(count * out_record));
     const uint8_t* from = in_blocks[slot].data();
-    for (int32_t j = 0; j < count(block); ++j, from += in_record) {
+    for (int32_t j = 0; j < count; ++j, from += in_record) {
       convert(from + su::header_size);
       uint8_t* to = out_block.data() + j * out_record;
       std::memcpy(to, from, su::header_size);
@@ -55,9 +51,9 @@ void convert_records(FileTable& files, int input, int output, int32_t traces, in
     from -= in_record;
     std::memcpy(b.header, from, su::header_size);
     std::memcpy(b.samples_in, from + su::header_size, b.in_bytes);
-    resume_next([&] { files[output].write_at((first(block) - 1) * out_record, out_block.data(), out_block.size()); });
+    resume_next([&] { files[output].write_at((first - 1) * out_record, out_block.data(), out_block.size()); });
   };
-  read_blocks_ahead(blocks, apart, read, work);
+  read_blocks_ahead(whole, traces_per_write(in_record), apart, read, work);
   int32_t k = whole + 1;
   for (; k <= traces; ++k) {
     resume_next([&] { files[input].read_at((k - 1) * in_record, b.header, su::header_size); });

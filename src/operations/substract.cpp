@@ -147,29 +147,25 @@ void substract::Combine(Operator op) {
   // are held as floats: a record is 60 words of header and ns samples.
   const size_t record_words = static_cast<size_t>(record) / 4;
   const int32_t whole = static_cast<int32_t>(std::min<int64_t>(state.nb_traces, f1.length() / record));
-  const int32_t per_block = traces_per_write(record);
-  const int32_t blocks = (whole + per_block - 1) / per_block;
-  auto first = [per_block](int32_t block) { return block * per_block + 1; };
-  auto count = [&](int32_t block) { return std::min(per_block, whole - first(block) + 1); };
   // The next block of both inputs is read while this one is worked out and
   // written: its bytes lie past every byte written before it.
   std::vector<float> blocks1[2], blocks2[2];
-  auto read = [&](int32_t block, int slot) {
-    const int64_t start = static_cast<int64_t>(record) * (first(block) - 1);
-    blocks1[slot].resize(static_cast<size_t>(count(block)) * record_words);
+  auto read = [&](int32_t first, int32_t count, int slot) {
+    const int64_t start = static_cast<int64_t>(record) * (first - 1);
+    blocks1[slot].resize(static_cast<size_t>(count) * record_words);
     blocks2[slot].resize(blocks1[slot].size());
     f1.read_block(start, blocks1[slot]);
     f2.read_block(start, blocks2[slot]);
   };
   int32_t i = 1;
-  auto work = [&](int32_t block, int slot) {
+  auto work = [&](int32_t first, int32_t count, int slot) {
     std::vector<float>& block1 = blocks1[slot];
     const std::vector<float>& block2 = blocks2[slot];
     // The buffers hold the block's last trace, as a walk trace by trace leaves them.
-    const size_t last = (static_cast<size_t>(count(block)) - 1) * record_words + su::header_size / 4;
+    const size_t last = (static_cast<size_t>(count) - 1) * record_words + su::header_size / 4;
     std::copy_n(block1.begin() + static_cast<long>(last), samples, state.r4_trace.begin());
     std::copy_n(block2.begin() + static_cast<long>(last), samples, file2_trace.begin());
-    for (size_t j = 0; j < static_cast<size_t>(count(block)); ++j, ++i) {
+    for (size_t j = 0; j < static_cast<size_t>(count); ++j, ++i) {
       set_progress("ProgressBar1", to_i32(i / 5.0));
       float* a = block1.data() + j * record_words + su::header_size / 4;
       const float* b = block2.data() + j * record_words + su::header_size / 4;
@@ -178,9 +174,9 @@ void substract::Combine(Operator op) {
       else
         for (size_t k = 0; k < samples; ++k) a[k] = s1 * a[k] + s2 * b[k];
     }
-    f3.write_block(static_cast<int64_t>(record) * (first(block) - 1), block1);
+    f3.write_block(static_cast<int64_t>(record) * (first - 1), block1);
   };
-  read_blocks_ahead(blocks, true, read, work);
+  read_blocks_ahead(whole, traces_per_write(record), true, read, work);
   // A last trace that the rounded count reaches past the end: read as far
   // as the files go, the samples of the trace before filling the rest.
   for (; i <= state.nb_traces; ++i) {

@@ -198,15 +198,16 @@ void ReadAhead::read_at(int64_t pos, void* data, size_t size) {
   std::memcpy(data, bytes_.data() + (pos - start_), static_cast<size_t>(inside));
 }
 
-void read_blocks_ahead(int32_t blocks, bool in_background, const std::function<void(int32_t, int)>& read,
-                       const std::function<void(int32_t, int)>& work) {
-  if (blocks <= 0) return;
-  read(0, 0);
-  for (int32_t b = 0; b < blocks; ++b) {
+void read_blocks_ahead(int32_t records, int32_t per_block, bool in_background, const BlockStep& read,
+                       const BlockStep& work) {
+  if (records <= 0 || per_block <= 0) return;
+  auto count = [&](int32_t first) { return std::min(per_block, records - first + 1); };
+  read(1, count(1), 0);
+  for (int32_t first = 1, slot = 0; first <= records; first += per_block, slot = 1 - slot) {
     std::future<void> next;  // waited for by its destructor if the work fails
-    if (b + 1 < blocks)
-      next = std::async(in_background ? std::launch::async : std::launch::deferred, read, b + 1, (b + 1) % 2);
-    work(b, b % 2);
+    if (const int32_t after = first + per_block; after <= records)
+      next = std::async(in_background ? std::launch::async : std::launch::deferred, read, after, count(after), 1 - slot);
+    work(first, count(first), slot);
     if (next.valid()) next.get();
   }
 }

@@ -105,14 +105,15 @@ class ReadAhead {
   std::vector<uint8_t> bytes_;
 };
 
-// Blocks 0 to `blocks` - 1 of a file walk: `read(b, slot)` fills buffer
-// `slot` (0 or 1) with block b, then `work(b, slot)` uses it. In the
-// background, block b + 1 is read on a second thread while block b is worked
-// on; a caller lets it only where the work writes nothing that the next read
-// covers. A failing read fails where the walk waits for it, after the work
-// of the block before.
-void read_blocks_ahead(int32_t blocks, bool in_background, const std::function<void(int32_t, int)>& read,
-                       const std::function<void(int32_t, int)>& work);
+// Records 1 to `records` of a file walk, by blocks of `per_block`: `read`
+// fills buffer `slot` (0 or 1) with the block of `count` records from
+// `first`, then `work` uses it. In the background, the next block is read on
+// a second thread while this one is worked on; a caller lets it only where
+// the work writes nothing that the next read covers. A failing read fails
+// where the walk waits for it, after the work of the block before.
+using BlockStep = std::function<void(int32_t first, int32_t count, int slot)>;
+void read_blocks_ahead(int32_t records, int32_t per_block, bool in_background, const BlockStep& read,
+                       const BlockStep& work);
 
 // A whole file copied over another; `error` when it cannot be.
 void copy_whole_file(const std::string& from, const std::string& to, int error);
