@@ -387,8 +387,7 @@ void SEGY::Quick_Conversion() {
 void SEGY::Output_File() { set_text("Text2", output_name_dialog(platform, state.data_folder)); }
 
 void SEGY::Help() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(help_lines, state.crlf), Icon::information);
 }
 
 }  // namespace tf

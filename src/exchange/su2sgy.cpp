@@ -109,8 +109,7 @@ void SU2SGY::convert() {
 }
 
 void SU2SGY::info() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(help_lines, state.crlf), Icon::information);
 }
 
 }  // namespace tf

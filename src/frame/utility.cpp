@@ -353,8 +353,7 @@ void Utility::option23_ascii() {
 }
 
 void Utility::info() {
-  std::string text = ended_lines(info_lines, state.crlf);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(info_lines, state.crlf), Icon::information);
 }
 
 void Utility::tab_changed() {

@@ -86,8 +86,7 @@ void Ambrogeo::Select_i() {
 }
 
 void Ambrogeo::info() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text);
+  message(platform, ended_lines(help_lines, state.crlf));
 }
 
 // Every statement runs with failures skipped: a column past the channels

@@ -137,8 +137,7 @@ void Bison::Header_Size() {
 void Bison::Outputfile() { set_text("Text2", output_name_dialog(platform, "")); }
 
 void Bison::info() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text);
+  message(platform, ended_lines(help_lines, state.crlf));
 }
 
 void Bison::Convert() {

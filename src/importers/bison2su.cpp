@@ -55,8 +55,7 @@ void Bison2su::Choix_OP() {
 }
 
 void Bison2su::info() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text);
+  message(platform, ended_lines(help_lines, state.crlf));
 }
 
 // With failing statements skipped. The batch file is written and left for

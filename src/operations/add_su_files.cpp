@@ -136,8 +136,7 @@ void Add_SU_files::append_files() {
 }
 
 void Add_SU_files::help() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(help_lines, state.crlf), Icon::information);
 }
 
 }  // namespace tf

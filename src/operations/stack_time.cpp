@@ -67,8 +67,7 @@ Stack_Time::Stack_Time(App& owner) : Panel(owner, "Stack_Time", "Append traces")
 }
 
 void Stack_Time::info() {
-  std::string text = ended_lines(help_lines);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(help_lines), Icon::information);
 }
 
 // The dialog of both buttons; a cancel gives its start name back.

@@ -83,8 +83,7 @@ std::string substract::choose() {
 }
 
 void substract::info() {
-  std::string text = ended_lines(help_lines);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(help_lines), Icon::information);
 }
 
 // No handler of its own past the checks: a failing statement stops the run.

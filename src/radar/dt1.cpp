@@ -93,8 +93,7 @@ void DT1::Choix_OP() {
 }
 
 void DT1::info() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text);
+  message(platform, ended_lines(help_lines, state.crlf));
 }
 
 void DT1::Convert() {

@@ -128,8 +128,7 @@ void DZT::Choix_OP() {
 }
 
 void DZT::info() {
-  std::string text = ended_lines(help_lines, state.crlf);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(help_lines, state.crlf), Icon::information);
 }
 
 void DZT::Convert() {

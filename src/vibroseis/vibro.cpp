@@ -120,8 +120,7 @@ void vibro::Command1_Click() {
 }
 
 void vibro::Command2_Click() {
-  std::string text = ended_lines(info_lines, state.crlf);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(info_lines, state.crlf), Icon::information);
 }
 
 void vibro::Command3_Click() {

@@ -322,8 +322,7 @@ void vibroseis::correlate_trace_wise() {
 }
 
 void vibroseis::Command4_Click() {
-  std::string text = ended_lines(info_lines, state.crlf);
-  message(platform, text);
+  message(platform, ended_lines(info_lines, state.crlf));
 }
 
 }  // namespace tf

@@ -245,8 +245,7 @@ void digit::ask_number(const char* prompt, int16_t& setting) {
 }
 
 void digit::xinfo() {
-  std::string text = ended_lines(help_lines);
-  message(platform, text);
+  message(platform, ended_lines(help_lines));
 }
 
 }  // namespace tf

@@ -239,8 +239,7 @@ void pick::read_at_position() {
 }
 
 void pick::Command3_Click() {
-  std::string text = ended_lines(help_lines);
-  message(platform, text, Icon::information);
+  message(platform, ended_lines(help_lines), Icon::information);
 }
 
 void pick::Command4_Click() {
